@@ -1,0 +1,25 @@
+#pragma once
+// The per-thread record holding every parameter and every piece of state of the
+// library. It is composed of one state struct per subsystem, each declared and
+// commented in its subsystem's header and owned by that subsystem's code. A new block
+// starts with the defaults written into those structs.
+
+#include "core/lifecycle.h"
+#include "core/messages.h"
+#include "core/page.h"
+#include "draw/pipeline.h"
+
+namespace zorvel {
+
+struct GlobalBlock {
+  CoreState core;      // life cycle, device, plot file
+  MessageState msg;    // warnings and the message device
+  PageState page;      // page format and plot coordinates
+  PipelineState pipe;  // vector pipeline and the output driver
+  GlobalBlock() = default;
+  GlobalBlock(const GlobalBlock&) = delete;
+  GlobalBlock& operator=(const GlobalBlock&) = delete;
+  ~GlobalBlock();
+};
+
+}  // namespace zorvel

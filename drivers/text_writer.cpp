@@ -1,0 +1,99 @@
+#include "drivers/text_writer.h"
+
+#include "core/format.h"
+
+namespace zorvel {
+
+TextWriter::TextWriter(std::FILE* file, int width) : file_(file), width_(width) {
+  buf_.reserve(kBlock + 256);
+}
+
+void TextWriter::append(std::string_view s) {
+  buf_.insert(buf_.end(), s.begin(), s.end());
+  if (buf_.size() >= kBlock) {
+    drain();
+  }
+}
+
+void TextWriter::drain() {
+  if (buf_.empty()) {
+    return;
+  }
+  if (!failed_ && file_ != nullptr) {
+    if (std::fwrite(buf_.data(), 1, buf_.size(), file_) != buf_.size()) {
+      failed_ = true;
+    }
+  }
+  total_ += buf_.size();
+  buf_.clear();
+}
+
+void TextWriter::word(std::string_view w) {
+  if (width_ > 0 && line_len_ > 0 && line_len_ + static_cast<int>(w.size()) > width_) {
+    buf_.push_back('\n');
+    line_len_ = 0;
+  }
+  append(w);
+  line_len_ += static_cast<int>(w.size());
+}
+
+void TextWriter::words(std::string_view text) {
+  std::size_t start = 0;
+  while (start < text.size()) {
+    std::size_t blank = text.find(' ', start);
+    // A word keeps its trailing blank; consecutive blanks stay with the word before.
+    std::size_t end = blank == std::string_view::npos ? text.size() : blank + 1;
+    while (end < text.size() && text[end] == ' ') {
+      ++end;
+    }
+    word(text.substr(start, end - start));
+    start = end;
+  }
+}
+
+void TextWriter::line(std::string_view text) {
+  end_line();
+  append(text);
+  buf_.push_back('\n');
+  line_len_ = 0;
+}
+
+void TextWriter::newline() {
+  buf_.push_back('\n');
+  line_len_ = 0;
+  if (buf_.size() >= kBlock) {
+    drain();
+  }
+}
+
+void TextWriter::end_line() {
+  if (line_len_ > 0) {
+    newline();
+  }
+}
+
+void TextWriter::int_word(long long v) {
+  char tmp[kNumberBuffer];
+  char* end = format_int(tmp, v);
+  *end++ = ' ';
+  word({tmp, static_cast<std::size_t>(end - tmp)});
+}
+
+void TextWriter::fixed_word(double v, int decimals) {
+  char tmp[kNumberBuffer];
+  char* end = format_fixed(tmp, v, decimals);
+  *end++ = ' ';
+  word({tmp, static_cast<std::size_t>(end - tmp)});
+}
+
+void TextWriter::raw(std::string_view bytes) { append(bytes); }
+
+bool TextWriter::finish() {
+  drain();
+  if (file_ != nullptr && std::fflush(file_) != 0) {
+    failed_ = true;
+  }
+  return !failed_;
+}
+
+}  // namespace zorvel
