@@ -29,6 +29,6 @@ target_link_libraries(consumer PRIVATE zorvel::zorvel)
 C
 cmake -S "$work/cm" -B "$work/cm/build" -DCMAKE_PREFIX_PATH="$work/prefix" > "$work/cm.log"
 cmake --build "$work/cm/build" >> "$work/cm.log"
-(cd "$work" && ./cm/build/consumer > cm.out)
+(cd "$work" && rm -f consumer.met && ./cm/build/consumer > cm.out)
 grep -q "Metafile: consumer" "$work/cm.out" || { echo "find_package consumer failed"; exit 1; }
 echo "install test passed"
