@@ -1,0 +1,24 @@
+#!/usr/bin/env bash
+# Installs the Debian packages that building, testing and the example gallery need,
+# when they are missing. Idempotent; runs apt-get only when something is missing.
+# Usage: tools/deps.sh [package ...]   (default: the whole list below)
+set -eu
+packages=(
+  cmake g++ clang make pkg-config python3
+  libgtest-dev libgmock-dev
+  ghostscript           # renders every PostScript/EPS file in the tests
+  default-jdk-headless  # the Java binding
+  libxml2-utils librsvg2-bin qpdf poppler-utils pngcheck
+)
+[ $# -gt 0 ] && packages=("$@")
+missing=()
+for p in "${packages[@]}"; do
+  dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
+done
+[ ${#missing[@]} -eq 0 ] && exit 0
+echo "Installing: ${missing[*]}"
+SUDO=""
+[ "$(id -u)" -ne 0 ] && SUDO="sudo"
+export DEBIAN_FRONTEND=noninteractive
+$SUDO apt-get update -qq
+$SUDO apt-get install -y -qq --no-install-recommends "${missing[@]}"
