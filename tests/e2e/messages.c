@@ -1,0 +1,32 @@
+/* Catches faults of the message device: unit(0) silencing everything but the level
+ * warning of the entry check, warnings switched off but still counted, the message file
+ * with its versioning, and the summary's Err-file line. */
+#include <stdio.h>
+#include "zorvel.h"
+
+int main(void) {
+  FILE* f;
+  char line[200];
+  unit(0);                  /* relaxed at level 0: the warning comes before the switch */
+  setpag("XXXX");           /* silent */
+  zorfin();                 /* the level warning is always shown */
+  setpag("YYYY");           /* shown again: the level warning switched messages back on */
+  metafl("GKSL");
+  errfil("messages.err");
+  errdev("FILE");
+  zorini();
+  errmod("WARN", "OFF");
+  setpag("ZZZZ");           /* level warning counted, not shown */
+  errmod("WARN", "ON");
+  metafl("nope");           /* level warning into the file */
+  zorfin();
+  printf("--- message file\n");
+  f = fopen("messages.err", "r");
+  while (f != NULL && fgets(line, sizeof line, f) != NULL) {
+    fputs(line, stdout);
+  }
+  if (f != NULL) {
+    fclose(f);
+  }
+  return 0;
+}
