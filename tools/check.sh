@@ -1,0 +1,26 @@
+#!/usr/bin/env bash
+# Builds Zorvel and runs every test: the normal build (g++), then the whole suite once
+# more under AddressSanitizer and UndefinedBehaviorSanitizer (clang). Warnings are
+# errors in both builds. Installs missing Debian packages first.
+# Usage: tools/check.sh [--quick]    (--quick: skip the sanitizer build)
+set -euo pipefail
+root=$(cd "$(dirname "$0")/.." && pwd)
+"$root/tools/deps.sh"
+jobs=$(nproc 2>/dev/null || echo 2)
+
+echo "== Build and test (g++)"
+cmake -S "$root" -B "$root/build" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DZORVEL_WERROR=ON \
+      -DCMAKE_CXX_COMPILER=g++ -DCMAKE_C_COMPILER=gcc > /dev/null
+cmake --build "$root/build" -j"$jobs"
+ctest --test-dir "$root/build" -j"$jobs" --output-on-failure
+
+if [ "${1:-}" = "--quick" ]; then
+  exit 0
+fi
+echo "== Build and test under ASan + UBSan (clang)"
+cmake -S "$root" -B "$root/build-sanitize" -DCMAKE_BUILD_TYPE=Debug -DZORVEL_SANITIZE=ON \
+      -DZORVEL_WERROR=ON -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_C_COMPILER=clang \
+      -DZORVEL_BUILD_EXAMPLES=OFF > /dev/null
+cmake --build "$root/build-sanitize" -j"$jobs"
+ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1 \
+  ctest --test-dir "$root/build-sanitize" -j"$jobs" --output-on-failure
