@@ -54,7 +54,8 @@ class Arg:
 
 
 class Routine:
-    def __init__(self, name, ret, levels, args, group, line):
+    def __init__(self, name, ret, levels, args, group, line, doc=""):
+        self.doc = doc  # the row's trailing comment: a one-line description
         self.name = name
         self.ret = ret
         self.levels = levels  # (lo, hi), "relaxed" or "free"
@@ -95,7 +96,8 @@ def parse_table(path):
             if text.startswith("## "):
                 group = text[3:].strip()
                 continue
-            text = text.split("#", 1)[0].strip()
+            text, _, doc = text.partition("#")
+            text, doc = text.strip(), doc.strip()
             if not text:
                 continue
             m = re.fullmatch(r"(\w+)\s+(\w+)\s+(\S+)\s*(.*)", text)
@@ -119,7 +121,7 @@ def parse_table(path):
             for a in args:
                 if a.is_array and a.count not in argnames:
                     fail(path, no, f"count '{a.count}' of '{a.name}' is not an argument")
-            routines.append(Routine(name, ret, lv, args, group, no))
+            routines.append(Routine(name, ret, lv, args, group, no, doc))
     return routines
 
 
@@ -251,9 +253,10 @@ def gen_reference(routines):
     for r in routines:
         if r.group != group:
             group = r.group
-            out.append(f"\n#### {group}\n\n| routine | arguments | returns | levels |\n|---|---|---|---|\n")
-        args = ", ".join(f"{a.ctype} {a.name}" for a in r.args) or "-"
-        out.append(f"| `{r.name}` | `{args}` | {RET_TYPES[r.ret]} | {level_text(r)} |\n")
+            out.append(f"\n#### {group}\n\n| routine | arguments | levels | what it does |\n|---|---|---|---|\n")
+        args = ", ".join(f"{a.ctype} {a.name}" for a in r.args) or "void"
+        ret = "" if r.ret == "void" else f" → {RET_TYPES[r.ret]}"
+        out.append(f"| `{r.name}` | `{args}`{ret} | {level_text(r)} | {r.doc} |\n")
     return "".join(out)
 
 
