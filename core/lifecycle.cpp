@@ -1,6 +1,9 @@
 // The life cycle of a plot: choosing the device and the plot file, zorini and zorfin
 // with the end-of-plot summary.
 
+#include <sys/stat.h>
+
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <string>
@@ -24,6 +27,13 @@ bool file_exists(const std::string& name) {
   }
   std::fclose(f);
   return true;
+}
+
+// Devices and pipes ("/dev/null", "/dev/stdout") are written as they are: they are no
+// plot files that a new version could protect.
+bool is_special_file(const std::string& name) {
+  struct stat st {};
+  return ::stat(name.c_str(), &st) == 0 && !S_ISREG(st.st_mode);
 }
 
 // Devices whose screen mode AUTO means reversed (dark lines on white paper).
@@ -68,7 +78,7 @@ bool open_plot_file(GlobalBlock& g, const DeviceInfo& dev) {
 bool screen_reversed(const GlobalBlock& g) { return g.core.effective_screen_mode == 2; }
 
 bool resolve_file_name(GlobalBlock& g, std::string& name) {
-  if (!file_exists(name)) {
+  if (!file_exists(name) || is_special_file(name)) {
     return true;
   }
   const CoreState& c = g.core;
