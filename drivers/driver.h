@@ -42,6 +42,16 @@ struct DriverSetup {
   int offset_x = 0;
   int offset_y = 0;
   DateTime stamp{};            // date and time for the file header
+  bool single_page = false;    // PostScript: psmode "SING", no multi-page structure
+};
+
+// Line width of linwid as the pipeline hands it to drivers that draw widths natively
+// (PostScript; see pen_width below).
+struct LineWidth {
+  int n = 1;                  // linwid value in plot units, 1..32000
+  bool hardware = true;       // hardware line-width mode: the device draws the width
+  double width_scale = 1.0;   // line-width scale, multiplies the written width
+  double style_scale = 1.0;   // line-style scale (PostScript restates widths on new pages)
 };
 
 class Driver {
@@ -60,6 +70,18 @@ class Driver {
 
   // Line width in plot units (already clamped to 1..32000) times the width scale.
   virtual void line_width(double /*width*/) {}
+
+  // The full line-width setting, for drivers whose output depends on more than the
+  // product (PostScript writes max(2n, 5) driver units times the width scale in hardware
+  // mode, its thinnest line otherwise). The pipeline calls this one; the default passes
+  // n times the width scale on to line_width().
+  virtual void pen_width(const LineWidth& w) { line_width(w.n * w.width_scale); }
+
+  // Line cap of lncap: 0 cut ("CUT"), 1 round ("ROUN"), 2 projecting ("LONG").
+  virtual void line_cap(int /*cap*/) {}
+
+  // Line join: 0 mitred (with the miter limit), 1 round, 2 bevelled.
+  virtual void line_join(int /*join*/, double /*miter_limit*/) {}
 
   // Filled polygon in device units (closed implicitly), in the given colour.
   virtual void fill(std::span<const double> /*xs*/, std::span<const double> /*ys*/, Rgb /*rgb*/) {}

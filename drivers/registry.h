@@ -48,5 +48,6 @@ bool device_is_binary(int code);
 
 // Factories of the drivers (one source file each).
 std::unique_ptr<Driver> make_gksl_driver();
+std::unique_ptr<Driver> make_ps_driver();
 
 }  // namespace zorvel
