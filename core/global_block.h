@@ -8,6 +8,7 @@
 #include "core/messages.h"
 #include "core/page.h"
 #include "draw/pipeline.h"
+#include "drivers/ps.h"
 
 namespace zorvel {
 
@@ -16,6 +17,7 @@ struct GlobalBlock {
   MessageState msg;    // warnings and the message device
   PageState page;      // page format and plot coordinates
   PipelineState pipe;  // vector pipeline and the output driver
+  PostScriptState ps;  // PostScript file settings (psmode)
   GlobalBlock() = default;
   GlobalBlock(const GlobalBlock&) = delete;
   GlobalBlock& operator=(const GlobalBlock&) = delete;

@@ -36,6 +36,7 @@ bool open_device(GlobalBlock& g, const DeviceInfo& dev, std::FILE* file) {
   setup.offset_x = g.page.hw_origin_x;
   setup.offset_y = g.page.hw_origin_y;
   setup.stamp = current_date_time();
+  setup.single_page = g.ps.single_page;
   if (!p.driver->open(file, setup)) {
     p.driver.reset();
     return false;

@@ -29,7 +29,10 @@
 #include <string>
 #include <string_view>
 
+#include "api_decl.h"
 #include "core/format.h"
+#include "core/global_block.h"
+#include "core/keywords.h"
 #include "core/version.h"
 #include "drivers/registry.h"
 #include "drivers/text_writer.h"
@@ -596,5 +599,15 @@ bool PsDriver::close() {
 }  // namespace
 
 std::unique_ptr<Driver> make_ps_driver() { return std::make_unique<PsDriver>(); }
+
+namespace api {
+
+void psmode(GlobalBlock& g, const char* cmode) {
+  if (const int i = match_keyword(g, "MULT+SING", cmode); i != 0) {
+    g.ps.single_page = i == 2;
+  }
+}
+
+}  // namespace api
 
 }  // namespace zorvel
