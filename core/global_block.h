@@ -7,6 +7,7 @@
 #include "core/lifecycle.h"
 #include "core/messages.h"
 #include "core/page.h"
+#include "draw/colour.h"
 #include "draw/pipeline.h"
 #include "drivers/ps.h"
 
@@ -17,6 +18,7 @@ struct GlobalBlock {
   MessageState msg;    // warnings and the message device
   PageState page;      // page format and plot coordinates
   PipelineState pipe;  // vector pipeline and the output driver
+  ColourState colour;  // colour table and the current colour
   PostScriptState ps;  // PostScript file settings (psmode)
   GlobalBlock() = default;
   GlobalBlock(const GlobalBlock&) = delete;

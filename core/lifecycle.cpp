@@ -267,6 +267,7 @@ void zorini(GlobalBlock& g) {
   if (g.msg.output == 6 && !g.msg.file_open) {
     g.msg.handle = nullptr;  // a stale reference from an earlier unit() call
   }
+  init_colours(g);
 }
 
 void zorfin(GlobalBlock& g) {

@@ -1,8 +1,33 @@
 #pragma once
-// The drawing pipeline's state and its connection to the output driver.
+// The drawing pipeline: every line the library draws passes through it.
+//
+//   move_to / draw_to  (plot units, before the origin offset)
+//        |  current point; NaN and infinite coordinates are counted and dropped
+//        v
+//   dash engine        (dash.cpp: line styles with a continuous phase, sideways offset)
+//        v
+//   point transforms   (3D-plane projection, affine map; applied as points enter the buffer)
+//        v
+//   polyline buffer    (polyline.cpp: 100 points; flushed when full or before any
+//        |              attribute change)
+//        v
+//   widening           (widen.cpp: parallel strokes for devices without native widths)
+//        v
+//   clipping           (clip.cpp: rectangle or circle, exact cut points)
+//        v
+//   dispatch           (dispatch.cpp: plot units -> device units per device family)
+//        v
+//   Driver::point      (drivers/driver.h)
+//
+// The state of every stage lives in PipelineState, one per GlobalBlock. zorini resets the
+// running state (buffer, current point, dash phase, clip rectangle, width); settings that
+// may be made before a plot (dash pattern, clip mode, line cap, page mode, buffer mode,
+// hardware line-width mode) are kept.
 
+#include <array>
 #include <cstdio>
 #include <memory>
+#include <vector>
 
 #include "drivers/driver.h"
 
@@ -11,30 +36,250 @@ namespace zorvel {
 struct GlobalBlock;
 struct DeviceInfo;
 
-struct PipelineState {
-  std::unique_ptr<Driver> driver;  // driver of the open plot; null at level 0
-  double scale = 1.0;              // device units per plot unit, set when the device opens
-  double x_offset = 0.0;           // added to x before scaling (metafile, CGM)
-  bool write_error_reported = false;  // warning 36 for a failed write is given once
+// Points held by the polyline buffer before it is sent (it then continues from its last
+// point).
+inline constexpr int kPolylineCapacity = 100;
+// Entries of a dash pattern (myline).
+inline constexpr int kMaxDashes = 10;
+// Colours that a dashed line can cycle through.
+inline constexpr int kMaxDashColours = 30;
+// Parallel strokes of a widened line; wider lines get their strokes spread apart.
+inline constexpr int kMaxStrokes = 100;
+// Inside tolerance of the clip rectangle, in plot units (the single-precision 0.001).
+inline constexpr double kClipTolerance = 0.0010000000474974513;
+// Coordinates are clamped to this magnitude as they enter, so that differences and
+// products in the later stages stay finite.
+inline constexpr double kCoordinateLimit = 1e300;
+// Segments longer than this (plot units; 100 m) are drawn without their dash pattern:
+// dashing them would take longer than any plot is worth.
+inline constexpr double kMaxDashedLength = 1e6;
+
+// How the dispatch converts plot units for a device; chosen from the device code when
+// the plot starts.
+enum class Dispatch {
+  None,        // no device open
+  Screen,      // screen windows (below 201 but 81), WMF: integer pixels
+  OpenGl,      // 81: the screen pairs as reals
+  Metafile,    // 201 GKSL and 211 CGM: centimetres from the bottom, with x offset
+  Hpgl,        // 401: integer plotter units from the bottom
+  HpglSheet,   // 402-405: fixed sheets, portrait pages turned onto the sheet
+  Paper,       // 501-511 PostScript and PDF: reals from the bottom, landscape turned
+  Raster,      // 601-700: integer pixels of the raster page
+  Java,        // 701: integer pixels
+  Svg,         // 801: reals, y downwards
+  Ipe,         // 802: reals from the bottom
 };
 
-// The pipeline's entry, used by every drawing subsystem (axes, curves, text strokes).
-// Coordinates are doubles in plot units (0.01 cm, origin top left, y downwards) before the
-// origin offset of origin(). Not yet implemented functions are completed with the
-// pipeline; their contracts are fixed here.
+// Phase of the dash engine.
+enum class DashPen { Drawn = 0, Blank = 1 };
+
+// Where clipping takes its rectangle from (clpbor).
+enum class ClipBorder { Page = 0, User = 1, Axis = 2 };
+
+// Clipping region choice (clpmod).
+enum class ClipMode { Auto = 0, None = 1, Circle = 2, Rect = 3 };
+
+struct ClipRect {
+  double xmin = 0.0;  // plot units, inclusive
+  double ymin = 0.0;
+  double xmax = 0.0;
+  double ymax = 0.0;
+};
+
+struct PipelineState {
+  // Device
+  std::unique_ptr<Driver> driver;  // driver of the open plot; null at level 0
+  Dispatch dispatch = Dispatch::None;
+  double scale = 1.0;              // device units per plot unit, set when the device opens
+  double x_offset = 0.0;           // added to x before scaling (metafile, CGM)
+  double page_w = 0.0;             // page size of the open plot, plot units less one
+  double page_h = 0.0;
+  bool rotated = false;            // the dispatch turns the page (pagmod, sheet fitting)
+  double device_dx = 0.0;          // hworig on devices that place the page themselves
+  double device_dy = 0.0;
+  bool write_error_reported = false;  // warning 36 for a failed write is given once
+  long long overflows_reported = 0;   // driver words already reported as warning 176
+
+  // Current point and polyline buffer (element 0 is the start point)
+  double cur_x = 0.0;              // last point reached, with the origin offset
+  double cur_y = 0.0;
+  std::array<double, kPolylineCapacity> buf_x{};
+  std::array<double, kPolylineCapacity> buf_y{};
+  int count = 0;                   // valid points in the buffer
+  bool has_point = false;          // a current point exists; else a draw starts a polyline
+  bool pending_move = false;       // a move waits for the shifted start (sideways offset)
+
+  // Dash engine
+  std::array<int, kMaxDashes> dash{1};  // lengths of drawn and blank parts, plot units
+  int dash_count = 1;              // entries in use; 1 is a solid line
+  double dash_remainder = 1.0;     // length still to go in the current part
+  int dash_index = 0;              // current part, 0-based
+  DashPen dash_pen = DashPen::Drawn;
+  std::array<int, kMaxDashColours> dash_colours{};  // colours cycled per dash
+  int dash_colour_count = 0;       // 0: dashes keep the current colour
+  int dash_colour_index = 0;       // 0-based
+  double line_style_scale = 1.0;   // lintyp divides its base lengths by it
+  double side_offset = 0.0;        // perpendicular shift of every drawn segment
+
+  // Point transforms, applied as points enter the buffer
+  bool plane = false;              // 2D output projected onto a plane of a 3D box:
+  std::array<double, 9> plane_h{}; //   x' = (h0 x + h1 y + h2) / (h6 x + h7 y + h8), y' likewise
+  bool affine = false;             // x' = a0 x + a1 y + a2, y' = a3 x + a4 y + a5
+  std::array<double, 6> affine_a{};
+
+  // Clipping
+  ClipRect clip;                   // active rectangle
+  bool circle = false;             // a clip circle is set
+  double circle_x = 0.0;
+  double circle_y = 0.0;
+  double circle_r = 0.0;
+  ClipBorder border = ClipBorder::Page;
+  ClipMode clip_mode = ClipMode::Auto;
+  bool axis_rect_set = false;      // the axis system in force has published its frame
+  ClipRect axis_rect;
+
+  // Attributes and output settings
+  int line_width = 1;              // linwid, plot units
+  int line_cap = 2;                // lncap: 0 CUT, 1 ROUN, 2 LONG (the files' start state)
+  int page_mode = 0;               // pagmod: 0 COMI/LAND, 1 MOVI/PORT (turned), 2 NONE
+  bool hw_widths = true;           // hardware line-width mode (hwmode "LINE")
+  double line_width_scale = 1.0;   // multiplies the widths that drivers write
+  int buffer_mode = 0;             // bufmod: 0 OFF, 1 ON
+  int strokes = 1;                 // parallel strokes of the widened line
+  double stroke_step = 0.0;        // their distance, plot units
+  bool fill_active = false;        // a fill is drawing: colour changes do not flush
+  bool path_open = false;          // points went to the driver since its last End
+  double last_dev_x = 0.0;         // last point handed to the driver, device units
+  double last_dev_y = 0.0;
+
+  // Scratch space, reused (sized once, never per point)
+  std::array<double, kPolylineCapacity> wide_x{};
+  std::array<double, kPolylineCapacity> wide_y{};
+  std::vector<double> fill_x;
+  std::vector<double> fill_y;
+  std::vector<double> fill_tx;
+  std::vector<double> fill_ty;
+};
+
+// Entry of the pipeline
+// =====================
+
+// Moves to / draws to (x, y) in plot units before the origin offset of origin(). Both
+// do nothing but count the point in the NaN counter when a coordinate is NaN or
+// infinite; the next draw then starts a new polyline.
 void move_to(GlobalBlock& g, double x, double y);
 void draw_to(GlobalBlock& g, double x, double y);
-// Clips and sends the buffered polyline; every attribute change calls it first.
+
+// Clips and sends the buffered polyline; it continues from its last point. Geometry
+// changes (clipping, page) call it first.
 void flush_polyline(GlobalBlock& g);
-// Fills the polygon of n points (plot units, closed implicitly) in the current colour.
+// As flush_polyline, then tells the driver to end its open polyline (pen End). Every
+// attribute change (colour, width, cap, fill, page, erase) calls it first.
+void end_polyline(GlobalBlock& g);
+
+// Fills the polygon of n points (plot units before the origin offset, closed
+// implicitly) in the current colour, clipped to the rectangle in force.
 void fill_polygon(GlobalBlock& g, const double* xs, const double* ys, int n);
+
+// Dash engine and offsets (dash.cpp)
+// ==================================
+
+// Stores a dash pattern of n lengths (1..kMaxDashes entries, each >= 1; the caller has
+// checked) and restarts the engine.
+void set_dash_pattern(GlobalBlock& g, const int* lengths, int n);
+// Restarts the pattern at its first drawn part.
+void restart_dash(PipelineState& p);
+// Draw of the dash engine: dashes, sideways offset. Used by draw_to when the pattern is
+// not solid or an offset is set.
+void dash_to(GlobalBlock& g, double x, double y);
+// Colours of successive dashes (count 0 switches them off) and the sideways offset, for
+// the routines that draw styled lines.
+void set_dash_colours(GlobalBlock& g, const int* colours, int n);
+void set_side_offset(GlobalBlock& g, double d);
+
+// Buffer primitives, after the dash engine (polyline.cpp)
+// ========================================================
+
+// Starts a polyline at the point (with the origin already added): the dash colour
+// changes, the buffer is flushed and restarted.
+void buffer_move(GlobalBlock& g, double x, double y);
+// Appends a point; `merge` drops a point equal to the last one.
+void buffer_draw(GlobalBlock& g, double x, double y, bool merge);
+
+// Point transforms (polyline.cpp). The routines of the 3D axis system and of
+// transformed text set them; each takes effect for points that enter after the call.
+void set_affine(GlobalBlock& g, const double a[6]);
+void set_plane_projection(GlobalBlock& g, const double h[9]);
+void clear_transforms(GlobalBlock& g);
+
+// Clipping (clip.cpp)
+// ===================
+
+// Publishes the frame of the axis system in force for clpbor("AXIS"); cleared by
+// clear_axis_clip when the axis system ends.
+void set_axis_clip(GlobalBlock& g, const ClipRect& r);
+void clear_axis_clip(GlobalBlock& g);
+// Sets a clip circle (centre and radius in plot units); clear_clip_circle removes it.
+void set_clip_circle(GlobalBlock& g, double cx, double cy, double r);
+void clear_clip_circle(GlobalBlock& g);
+// Rectangle to the page (the start state of every plot).
+void clip_to_page(GlobalBlock& g);
+
+// The visible part of the segment a -> b as parameters t0 <= t1 in [0, 1]; false when
+// nothing is visible. The rectangle test has the tolerance kClipTolerance.
+bool clip_segment_rect(const ClipRect& r, double ax, double ay, double bx, double by,
+                       double& t0, double& t1);
+bool clip_segment_circle(double cx, double cy, double radius, double ax, double ay, double bx,
+                         double by, double& t0, double& t1);
+
+// Clips the polyline of n points to the active region and sends the visible pieces.
+void clip_and_send(GlobalBlock& g, const double* xs, const double* ys, int n);
+// Cuts the polygon (xs, ys) to the clip rectangle (a clip circle: its bounding square),
+// using (tx, ty) as scratch; returns the number of points left in (xs, ys).
+int clip_polygon(const PipelineState& p, std::vector<double>& xs, std::vector<double>& ys,
+                 std::vector<double>& tx, std::vector<double>& ty);
+
+// Dispatch (dispatch.cpp)
+// =======================
+
+// Chooses the dispatch of a device code.
+Dispatch dispatch_of(int device);
+// One point in plot units (origin applied) to the driver, converted into device units;
+// a draw counts as a vector.
+void plot_point(GlobalBlock& g, double x, double y, Pen pen);
+// The conversion alone, for fills.
+void to_device(const PipelineState& p, double x, double y, double& dx, double& dy);
+
+// Widening (widen.cpp)
+// ====================
+
+// Number of strokes and their spacing for the line width in force.
+void update_strokes(GlobalBlock& g);
+// Sends the buffered polyline as parallel strokes (strokes > 1).
+void send_widened(GlobalBlock& g, const double* xs, const double* ys, int n);
+
+// Device (output.cpp)
+// ===================
 
 // Starts the driver of `dev` on the opened plot file (null for devices without a file).
 // False when the device cannot start; the caller returns to level 0.
 bool open_device(GlobalBlock& g, const DeviceInfo& dev, std::FILE* file);
+// As open_device with a driver made by the caller (tests use a recording driver).
+bool open_driver(GlobalBlock& g, const DeviceInfo& dev, std::unique_ptr<Driver> driver,
+                 std::FILE* file);
 
 // Flushes pending output and has the driver write its closing part. True when every
 // write of the plot succeeded. The driver is released.
 bool close_device(GlobalBlock& g);
+
+// Reports a failed write (warning 36, once per plot) and words the driver had to drop
+// (warning 176), both as soon as they are known.
+void check_driver(GlobalBlock& g);
+
+// Hands the line width in force to the driver (linwid, hwmode).
+void send_line_width(GlobalBlock& g);
+
+// Device scale of a device for the page settings in force (device units per plot unit).
+double device_scale(const GlobalBlock& g, const DeviceInfo& dev);
 
 }  // namespace zorvel

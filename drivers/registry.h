@@ -49,5 +49,7 @@ bool device_is_binary(int code);
 // Factories of the drivers (one source file each).
 std::unique_ptr<Driver> make_gksl_driver();
 std::unique_ptr<Driver> make_ps_driver();
+std::unique_ptr<Driver> make_hpgl_driver();
+std::unique_ptr<Driver> make_java_driver();
 
 }  // namespace zorvel

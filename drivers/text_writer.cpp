@@ -29,6 +29,10 @@ void TextWriter::drain() {
 }
 
 void TextWriter::word(std::string_view w) {
+  if (width_ > 0 && w.size() > static_cast<std::size_t>(width_)) {
+    ++overflows_;
+    return;
+  }
   if (width_ > 0 && line_len_ > 0 && line_len_ + static_cast<int>(w.size()) > width_) {
     buf_.push_back('\n');
     line_len_ = 0;

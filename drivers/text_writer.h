@@ -23,7 +23,8 @@ class TextWriter {
   ~TextWriter() = default;  // does not flush: call finish()
 
   // Appends one word (its trailing blank included by the caller). A word that would
-  // make the line longer than the width first ends the line.
+  // make the line longer than the width first ends the line. A word longer than a whole
+  // line cannot be written at all: it is dropped and counted in overflows().
   void word(std::string_view w);
   // Splits text at blanks into words, each with its trailing blank, and appends them.
   void words(std::string_view text);
@@ -46,6 +47,7 @@ class TextWriter {
   bool finish();
 
   bool failed() const { return failed_; }
+  long long overflows() const { return overflows_; }
   std::uint64_t bytes_written() const { return total_ + buf_.size(); }
   int line_length() const { return line_len_; }
 
@@ -57,6 +59,7 @@ class TextWriter {
   int width_;
   int line_len_ = 0;
   bool failed_ = false;
+  long long overflows_ = 0;  // words dropped for being longer than a line
   std::uint64_t total_ = 0;
   std::vector<char> buf_;
 };

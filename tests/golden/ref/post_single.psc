@@ -1,5 +1,5 @@
 %!PS-Adobe-2.0
-%%BoundingBox: 28 14 237 309
+%%BoundingBox: 28 14 445 604
 %%Creator: ZORVEL  10.6 L
 %%CreationDate: 14.11.2023 , 22:13:20
 %%EndComments
@@ -90,4 +90,4 @@
  8#271 /exclamdown 8#272 /questiondown ] def
   100 cm    50 cm translate   0.700000  0.700000 scale
 erasepage
-showpage 
+0 0 0 f showpage 

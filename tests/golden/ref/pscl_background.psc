@@ -1,5 +1,5 @@
 %!PS-Adobe-2.0
-%%BoundingBox: 21 28 319 450
+%%BoundingBox: 21 28 617 870
 %%Creator: ZORVEL  10.6 L
 %%CreationDate: 14.11.2023 , 22:13:20
 %%Pages: (atend)
@@ -92,9 +92,9 @@
 %%Page: 1 1
 initgraphics
   150 cm   200 cm translate   1.000000  1.000000 scale
-0 0 2099 2969 0 0 0 e 
+0 0 4198 5938 0 0 0 e 
 2 setlinecap 2 setlinejoin
-gsave showpage grestore 
+255 255 255 f gsave showpage grestore 
 %%Trailer 
 %%Pages: 1
 %%EOF 

@@ -1,0 +1,73 @@
+// HPGL plotter files for "HPGL" (401) and the fixed sheets "HPA4" ... "HPA1" (402-405).
+//
+// Coordinates are integer plotter units (0.025 mm) from the lower left corner of the
+// sheet; the pipeline converts them. The file is a list of instructions, each ended by
+// ";", in lines of at most 80 characters (line ends between instructions are ignored
+// by plotters):
+//   IN;            initialise the plotter (opening)
+//   SP<n>;         select pen n: the colour's table index
+//   PU<x>,<y>;     pen up, move to (x, y)
+//   PD<x>,<y>;     pen down, draw to (x, y)
+//   PU0,0;         park the pen (closing)
+
+#include <memory>
+
+#include "core/format.h"
+#include "drivers/registry.h"
+#include "drivers/text_writer.h"
+
+namespace zorvel {
+namespace {
+
+class HpglDriver final : public Driver {
+ public:
+  bool open(std::FILE* file, const DriverSetup& /*setup*/) override {
+    out_ = std::make_unique<TextWriter>(file, 80);
+    out_->word("IN;");
+    return !out_->failed();
+  }
+
+  void point(double x, double y, Pen pen) override {
+    if (pen != Pen::Draw && pen != Pen::Move) {
+      return;
+    }
+    char buf[2 * kNumberBuffer + 8];
+    char* p = buf;
+    *p++ = 'P';
+    *p++ = pen == Pen::Draw ? 'D' : 'U';
+    // The dispatch hands over whole plotter units within the int range.
+    p = format_int(p, static_cast<long long>(x));
+    *p++ = ',';
+    p = format_int(p, static_cast<long long>(y));
+    *p++ = ';';
+    out_->word({buf, static_cast<std::size_t>(p - buf)});
+  }
+
+  void colour(Rgb /*rgb*/, int value) override {
+    char buf[kNumberBuffer + 4];
+    char* p = buf;
+    *p++ = 'S';
+    *p++ = 'P';
+    p = format_int(p, value & 0xff);
+    *p++ = ';';
+    out_->word({buf, static_cast<std::size_t>(p - buf)});
+  }
+
+  bool close() override {
+    out_->word("PU0,0;");
+    out_->end_line();
+    return out_->finish();
+  }
+
+  bool failed() const override { return out_ && out_->failed(); }
+  long long overflows() const override { return out_ ? out_->overflows() : 0; }
+
+ private:
+  std::unique_ptr<TextWriter> out_;
+};
+
+}  // namespace
+
+std::unique_ptr<Driver> make_hpgl_driver() { return std::make_unique<HpglDriver>(); }
+
+}  // namespace zorvel
