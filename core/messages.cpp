@@ -122,6 +122,19 @@ void warn_custom(GlobalBlock& g, int number, std::string_view text, std::string_
   warn(g, number, value);
 }
 
+void warn_in(std::string_view routine, int number, std::string_view text,
+             std::string_view value) {
+  bool created = false;
+  GlobalBlock& g = *fetch_or_create(created);
+  const FixedString<8> running = g.msg.routine;
+  g.msg.routine = routine;
+  if (number > 100) {
+    g.msg.custom_text = text;
+  }
+  emit(g, number, nullptr, value.empty() ? nullptr : &value);
+  g.msg.routine = running;
+}
+
 void message_write(GlobalBlock& g, std::string_view text) {
   if (g.msg.output == 0) {
     return;

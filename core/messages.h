@@ -46,6 +46,14 @@ void warn_text(GlobalBlock& g, int number, std::string_view text);
 void warn_custom(GlobalBlock& g, int number, std::string_view text);
 void warn_custom(GlobalBlock& g, int number, std::string_view text, std::string_view value);
 
+// Warning given in the name of `routine` by code that runs outside the public routines
+// (the Java binding checks its arguments before it calls a routine). The calling
+// thread's block is fetched, and created with its defaults when it has none; the name
+// of the running routine is left as it was. `text` is the custom text of numbers above
+// 100 (unused below); a non-empty `value` is printed in brackets.
+void warn_in(std::string_view routine, int number, std::string_view text,
+             std::string_view value = {});
+
 // Text of a message number of the table (" " for unused numbers).
 std::string_view message_text(int number);
 

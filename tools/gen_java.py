@@ -1,0 +1,333 @@
+#!/usr/bin/env python3
+"""Generates the Java binding of Zorvel from include/routines.tbl.
+
+Usage: gen_java.py [options] TABLE TEMPLATE OUTDIR
+
+Writes into OUTDIR:
+  <package path>/<Class>.java   the Java class: TEMPLATE with the generated methods
+  jni_wrappers.cpp              the native methods: convert the Java arguments, call
+                                the exported C entry, copy outputs back
+  jni_exports.txt               "routine export-name" per line, the expected exports
+
+Options:
+  --package P   Java package (default zorvel)
+  --class C     Java class (default Zorvel)
+  --library L   native library that the class loads (default zorjava)
+  --header H    C header that declares the routines (default zorvel.h)
+
+Every row of the table becomes a `public static native` method of the same name. Rows
+with floating-point arrays (dbl[n], out dbl[n], and out dbl, which Java sees as a
+one-element array) become two overloads, one with double[] and one with float[]; their
+exports carry the JNI overload suffix. Methods that TEMPLATE declares as native itself
+(the callback routines, written by hand) are left out of the generation, whether or not
+the table has a row for them.
+
+A row that cannot be expressed in Java (an unknown argument kind, an array whose count
+is not an int argument, a name that Java reserves) is reported on standard error and
+left out; the completeness test then names it.
+"""
+
+import argparse
+import os
+import re
+import sys
+
+sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
+from gen_api import RET_TYPES, level_text, parse_table, write_if_changed  # noqa: E402
+
+JAVA_KEYWORDS = set("""
+abstract assert boolean break byte case catch char class const continue default do double
+else enum extends final finally float for goto if implements import instanceof int
+interface long native new package private protected public return short static strictfp
+super switch synchronized this throw throws transient try void volatile while true false
+null var yield record sealed permits
+""".split())
+
+# Static methods of java.lang.Object's names would clash with its instance methods.
+OBJECT_METHODS = {"wait", "notify", "notifyAll", "getClass", "hashCode", "equals",
+                  "toString", "clone", "finalize"}
+
+
+class JavaType:
+    def __init__(self, java, descriptor, jni):
+        self.java = java  # type in the Java declaration
+        self.descriptor = descriptor  # JVM type descriptor
+        self.jni = jni  # C type of the native parameter
+
+
+J_INT = JavaType("int", "I", "jint")
+J_DOUBLE = JavaType("double", "D", "jdouble")
+J_STRING = JavaType("String", "Ljava/lang/String;", "jstring")
+J_INTS = JavaType("int[]", "[I", "jintArray")
+J_DOUBLES = JavaType("double[]", "[D", "jdoubleArray")
+J_FLOATS = JavaType("float[]", "[F", "jfloatArray")
+J_STRINGS = JavaType("String[]", "[Ljava/lang/String;", "jobjectArray")
+
+RETURNS = {"void": ("void", "void", "V"), "int": ("int", "jint", "I"),
+           "dbl": ("double", "jdouble", "D"), "str": ("String", "jstring", "Ljava/lang/String;")}
+
+FLOATING_KINDS = {"dbl[]", "out dbl[]", "out dbl"}
+
+
+def java_type(kind, floats):
+    """The Java type of an argument kind; `floats` selects the float[] overload."""
+    return {
+        "int": J_INT, "dbl": J_DOUBLE, "str": J_STRING, "file": J_INT,
+        "int[]": J_INTS, "out int": J_INTS, "out int[]": J_INTS,
+        "dbl[]": J_FLOATS if floats else J_DOUBLES,
+        "out dbl[]": J_FLOATS if floats else J_DOUBLES,
+        "out dbl": J_FLOATS if floats else J_DOUBLES,
+        "out str[]": J_STRINGS,
+    }.get(kind)
+
+
+def mangle(text):
+    """JNI name mangling of a class, method or signature part."""
+    out = []
+    for ch in text:
+        if ch.isascii() and ch.isalnum():
+            out.append(ch)
+        elif ch in "/.":
+            out.append("_")
+        elif ch == "_":
+            out.append("_1")
+        elif ch == ";":
+            out.append("_2")
+        elif ch == "[":
+            out.append("_3")
+        else:
+            out.append("_0%04x" % ord(ch))
+    return "".join(out)
+
+
+def export_name(qualified_class, method, descriptors=None):
+    """The exported symbol of a native method; with `descriptors` (the argument
+    descriptors) the long form that overloaded methods need."""
+    name = f"Java_{mangle(qualified_class.replace('.', '/'))}_{mangle(method)}"
+    if descriptors is not None:
+        name += "__" + mangle("".join(descriptors))
+    return name
+
+
+def java_name(name):
+    return name + "_" if name in JAVA_KEYWORDS else name
+
+
+def unsupported(r):
+    """Why a row cannot be generated, or None."""
+    if r.name in JAVA_KEYWORDS or (r.name in OBJECT_METHODS):
+        return f"'{r.name}' is reserved in Java"
+    if r.ret not in RETURNS:
+        return f"return type '{r.ret}'"
+    kinds = {a.name: a.kind for a in r.args}
+    for a in r.args:
+        if java_type(a.kind, False) is None:
+            return f"argument kind '{a.kind}'"
+        if a.is_array and kinds.get(a.count) != "int":
+            return f"count '{a.count}' of '{a.name}' is not an int argument"
+    return None
+
+
+class Method:
+    """One Java method of a routine (one of two overloads for floating arrays)."""
+
+    def __init__(self, routine, floats, overloaded):
+        self.r = routine
+        self.floats = floats
+        self.overloaded = overloaded
+        self.types = [java_type(a.kind, floats) for a in routine.args]
+
+    def export(self, qualified_class):
+        descriptors = [t.descriptor for t in self.types] if self.overloaded else None
+        return export_name(qualified_class, self.r.name, descriptors)
+
+
+def methods_of(r):
+    if any(a.kind in FLOATING_KINDS for a in r.args):
+        return [Method(r, False, True), Method(r, True, True)]
+    return [Method(r, False, False)]
+
+
+# C++ wrappers ==========================================================================
+
+def converter(a, floats, routine):
+    """(declaration, needs_commit) of the converter of one argument, or None when the
+    argument passes as it is."""
+    p, c = f"a_{a.name}", f"c_{a.name}"
+    count = f"a_{a.count}" if a.is_array else None
+    k = a.kind
+    if k in ("int", "dbl"):
+        return None
+    if k == "str":
+        return f'StringIn {c}(env, {p}, "{routine}", "{a.name}");', False
+    if k == "file":
+        return f'FileArg {c}({p}, "{routine}");', False
+    if k in ("int[]", "out int[]"):
+        d = "Dir::Out" if a.is_output else "Dir::In"
+        return f"IntArray {c}(env, {p}, {count}, {d});", a.is_output
+    if k in ("dbl[]", "out dbl[]"):
+        d = "Dir::Out" if a.is_output else "Dir::In"
+        cls = "FloatArray" if floats else "DoubleArray"
+        return f"{cls} {c}(env, {p}, {count}, {d});", a.is_output
+    if k == "out int":
+        return f"IntCell {c}(env, {p});", True
+    if k == "out dbl":
+        return f"{'FloatCell' if floats else 'DoubleCell'} {c}(env, {p});", True
+    if k == "out str[]":
+        return f"StringOut {c}(env, {p}, {count});", True
+    raise ValueError(k)
+
+
+def gen_wrapper(m, qualified_class):
+    r = m.r
+    jret, cret, _ = RETURNS[r.ret]
+    zero = {"void": "", "int": " 0", "dbl": " 0.0", "str": " nullptr"}[r.ret]
+    convs = [converter(a, m.floats, r.name) for a in r.args]
+    uses_env = any(cv is not None and "(env" in cv[0] for cv in convs) or r.ret == "str"
+    params = ["JNIEnv* env" if uses_env else "JNIEnv*", "jclass"]
+    params += [f"{t.jni} a_{a.name}" for a, t in zip(r.args, m.types)]
+    out = [f'extern "C" JNIEXPORT {cret} JNICALL {m.export(qualified_class)}(\n'
+           f"    {', '.join(params)}) noexcept {{\n"]
+    call_args = []
+    commits = []
+    for a, cv in zip(r.args, convs):
+        if cv is None:
+            call_args.append(f"a_{a.name}")
+            continue
+        decl, commit = cv
+        out.append(f"  {decl}\n  if (!c_{a.name}) {{\n    return{zero};\n  }}\n")
+        call_args.append(f"c_{a.name}.get()")
+        if commit:
+            commits.append(f"  c_{a.name}.commit();\n")
+    call = f"::{r.name}({', '.join(call_args)})"
+    if r.ret == "void":
+        out.append(f"  {call};\n")
+        out.extend(commits)
+    elif r.ret == "str":
+        out.append(f"  const char* result = {call};\n")
+        out.extend(commits)
+        out.append("  return new_string(env, result);\n")
+    elif commits:
+        out.append(f"  const {cret} result = {call};\n")
+        out.extend(commits)
+        out.append("  return result;\n")
+    else:
+        out.append(f"  return {call};\n")
+    out.append("}\n\n")
+    return "".join(out)
+
+
+def gen_wrappers(methods, qualified_class, header):
+    out = [
+        "// Generated by tools/gen_java.py from the routine table, do not edit.\n",
+        f"// The native methods of {qualified_class}: each converts its Java arguments\n",
+        "// (jni/marshal.h), calls the exported C entry of the routine, which does the entry\n",
+        "// check, and copies output values back into the Java arrays.\n",
+        f'#include "{header}"\n#include "jni/marshal.h"\n\n',
+        "using namespace zorvel::jni;  // NOLINT: the converters of every wrapper\n\n",
+    ]
+    for m in methods:
+        out.append(gen_wrapper(m, qualified_class))
+    return "".join(out)
+
+
+# Java class ============================================================================
+
+def html(text):
+    """Text for a Javadoc comment: HTML characters escaped, no comment end."""
+    text = text.replace("&", "&amp;").replace("<", "&lt;").replace(">", "&gt;")
+    return text.replace("*/", "*&#47;").replace("@", "&#64;")
+
+
+def javadoc(m):
+    r = m.r
+    doc = r.doc.rstrip(".")
+    lines = [html(doc[:1].upper() + doc[1:] + ".") if doc else f"The routine {{@code {r.name}}}."]
+    lines.append("")
+    lines.append(f"<p>Levels: {level_text(r)}.")
+    if m.floats:
+        lines.append(" The float[] overload: values are widened to double for the library"
+                     " and output values narrowed back.")
+    if r.args or r.ret != "void":
+        lines.append("")
+    for a, t in zip(r.args, m.types):
+        what = {
+            "int": "", "dbl": "", "str": "text (passed as UTF-8)",
+            "file": "file code: 0 none (for unit: messages off), 1 standard output,"
+                    " 2 standard error",
+            "int[]": f"input array of at least {{@code {a.count}}} elements",
+            "dbl[]": f"input array of at least {{@code {a.count}}} elements",
+            "out int[]": f"output array of at least {{@code {a.count}}} elements",
+            "out dbl[]": f"output array of at least {{@code {a.count}}} elements",
+            "out int": "output: a one-element array that receives the value",
+            "out dbl": "output: a one-element array that receives the value",
+            "out str[]": f"output: a one-element array that receives the text (at most"
+                         f" {{@code {a.count}}} - 1 bytes of UTF-8)",
+        }[a.kind]
+        lines.append(f"@param {java_name(a.name)} {what or t.java}")
+    if r.ret != "void":
+        lines.append(f"@return {RETURNS[r.ret][0]}")
+    body = "".join(f"   * {line}".rstrip() + "\n" for line in lines)
+    return f"  /**\n{body}   */\n"
+
+
+def gen_methods(methods):
+    out = []
+    group = None
+    for m in methods:
+        if m.r.group != group:
+            group = m.r.group
+            out.append(f"  // {group} {'=' * max(3, 86 - len(group))}\n\n")
+        params = ", ".join(f"{t.java} {java_name(a.name)}" for a, t in zip(m.r.args, m.types))
+        out.append(javadoc(m))
+        out.append(f"  public static native {RETURNS[m.r.ret][0]} {m.r.name}({params});\n\n")
+    return "".join(out).rstrip("\n") + "\n"
+
+
+def hand_written(template):
+    return set(re.findall(r"public\s+static\s+native\s+[\w\[\]]+\s+(\w+)\s*\(", template))
+
+
+def main():
+    ap = argparse.ArgumentParser(description="Generates the Java binding.")
+    ap.add_argument("table")
+    ap.add_argument("template")
+    ap.add_argument("outdir")
+    ap.add_argument("--package", default="zorvel")
+    ap.add_argument("--class", dest="cls", default="Zorvel")
+    ap.add_argument("--library", default="zorjava")
+    ap.add_argument("--header", default="zorvel.h")
+    opt = ap.parse_args()
+
+    routines = parse_table(opt.table)
+    with open(opt.template, encoding="utf-8") as f:
+        template = f.read()
+    manual = hand_written(template)
+    qualified = f"{opt.package}.{opt.cls}"
+
+    methods = []
+    exports = []
+    for r in routines:
+        if r.name in manual:
+            exports.append(f"{r.name} {export_name(qualified, r.name)}\n")
+            continue
+        why = unsupported(r)
+        if why:
+            print(f"gen_java.py: {r.name} is not bound to Java: {why}", file=sys.stderr)
+            continue
+        for m in methods_of(r):
+            methods.append(m)
+            exports.append(f"{r.name} {m.export(qualified)}\n")
+
+    java = (template.replace("@PACKAGE@", opt.package).replace("@CLASS@", opt.cls)
+            .replace("@LIBRARY@", opt.library).replace("@ROUTINES@", gen_methods(methods)))
+    java_dir = os.path.join(opt.outdir, *opt.package.split("."))
+    os.makedirs(java_dir, exist_ok=True)
+    write_if_changed(os.path.join(java_dir, f"{opt.cls}.java"), java)
+    write_if_changed(os.path.join(opt.outdir, "jni_wrappers.cpp"),
+                     gen_wrappers(methods, qualified, opt.header))
+    write_if_changed(os.path.join(opt.outdir, "jni_exports.txt"), "".join(exports))
+
+
+if __name__ == "__main__":
+    main()
