@@ -1,0 +1,66 @@
+// Unit tests of the general number formatter: exact texts for the digit modes, field
+// widths, and the limits of the buffer and of the values.
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "axes/number_format.h"
+
+namespace zorvel {
+namespace {
+
+std::string num(double v, int digits, int width = 0, std::size_t size = 64) {
+  std::vector<char> buf(size + 1, '#');
+  const int n = format_number(buf.data(), size, v, digits, width);
+  EXPECT_EQ(buf[static_cast<std::size_t>(n)], '\0');
+  return std::string(buf.data(), static_cast<std::size_t>(n));
+}
+
+TEST(NumberFormat, ExactTexts) {
+  // Catches wrong rounding (halves away from zero), a missing or extra point for the
+  // digit modes 0 and -1, lost leading zeros of small fractions, a "-0" and a wrong
+  // field width.
+  EXPECT_EQ(num(2.5, 0), "3.");
+  EXPECT_EQ(num(2.5, -1), "3");
+  EXPECT_EQ(num(-2.5, -1), "-3");
+  EXPECT_EQ(num(-0.004, 2), "0.00");
+  EXPECT_EQ(num(-0.0, 1), "0.0");
+  EXPECT_EQ(num(0.0, -1), "0");
+  EXPECT_EQ(num(0.05, 3), "0.050");
+  EXPECT_EQ(num(0.005, 3), "0.005");
+  EXPECT_EQ(num(1.005, 1), "1.0");
+  EXPECT_EQ(num(12.345, 2), "12.35");
+  EXPECT_EQ(num(-12.345, 1), "-12.3");
+  EXPECT_EQ(num(100.0, 0), "100.");
+  EXPECT_EQ(num(19.999, 3), "19.999");
+  EXPECT_EQ(num(1234567.0, -1), "1234567");
+  // Field widths: blanks on the left; a dropped sign keeps its column.
+  EXPECT_EQ(num(3.25, 1, 6), "   3.3");
+  EXPECT_EQ(num(-3.25, 1, 6), "  -3.3");
+  EXPECT_EQ(num(-0.001, 1, 5), "  0.0");
+  EXPECT_EQ(num(12345.0, -1, 3), "12345");
+}
+
+TEST(NumberFormat, LimitsAndBadValues) {
+  // Catches writing past the buffer, a missing terminator, "nan"/"inf" in the output and
+  // an overflow of the digit buffer for huge values or many decimals.
+  EXPECT_EQ(num(123.456, 2, 0, 4), "123");
+  EXPECT_EQ(num(-5.0, 1, 0, 2), "-");
+  EXPECT_EQ(num(7.0, 1, 0, 1), "");
+  EXPECT_EQ(num(std::nan(""), 2), "0.00");
+  const std::string inf = num(HUGE_VAL, -1, 0, 200);
+  EXPECT_EQ(inf.size(), static_cast<std::size_t>(kMaxNumberDigits));
+  EXPECT_EQ(inf.find_first_not_of("0123456789"), std::string::npos);
+  const std::string many = num(1.0 / 3.0, 100, 0, 300);
+  EXPECT_EQ(many.size(), 102U);
+  EXPECT_EQ(many.substr(0, 6), "0.3333");
+  char none[1] = {'x'};
+  EXPECT_EQ(format_number(none, 0, 1.0, 1), 0);
+  EXPECT_EQ(none[0], 'x');
+}
+
+}  // namespace
+}  // namespace zorvel
