@@ -121,14 +121,32 @@ void clip_polygon_side(const std::vector<double>& xs, const std::vector<double>&
 
 bool clip_segment_rect(const ClipRect& r, double ax, double ay, double bx, double by,
                        double& t0, double& t1) {
-  t0 = 0.0;
-  t1 = 1.0;
   const double dx = bx - ax;
   const double dy = by - ay;
-  return clip_edge(-dx, ax - (r.xmin - kClipTolerance), t0, t1) &&
-         clip_edge(dx, (r.xmax + kClipTolerance) - ax, t0, t1) &&
-         clip_edge(-dy, ay - (r.ymin - kClipTolerance), t0, t1) &&
-         clip_edge(dy, (r.ymax + kClipTolerance) - ay, t0, t1);
+  // Visibility with the tolerance: an end inside the band stays as it is.
+  auto clip = [&](double tol, double& u0, double& u1) {
+    u0 = 0.0;
+    u1 = 1.0;
+    return clip_edge(-dx, ax - (r.xmin - tol), u0, u1) &&
+           clip_edge(dx, (r.xmax + tol) - ax, u0, u1) &&
+           clip_edge(-dy, ay - (r.ymin - tol), u0, u1) &&
+           clip_edge(dy, (r.ymax + tol) - ay, u0, u1);
+  };
+  if (!clip(kClipTolerance, t0, t1)) {
+    return false;
+  }
+  // A cut is made at the border itself, not at the edge of the band.
+  double e0 = 0.0;
+  double e1 = 1.0;
+  if ((t0 > 0.0 || t1 < 1.0) && clip(0.0, e0, e1)) {
+    if (t0 > 0.0) {
+      t0 = e0;
+    }
+    if (t1 < 1.0) {
+      t1 = e1;
+    }
+  }
+  return true;
 }
 
 bool clip_segment_circle(double cx, double cy, double radius, double ax, double ay, double bx,

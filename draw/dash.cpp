@@ -24,8 +24,7 @@
 namespace zorvel {
 namespace {
 
-// The single-precision right angle; a segment steeper than dx <= kSteep is vertical.
-constexpr double kRightAngle = 1.570796;
+// A segment with |dx| <= kSteep is vertical.
 constexpr double kSteep = 1e-6;
 
 // Base lengths of the predefined line styles of lintyp, before the line-style scale.
@@ -112,14 +111,18 @@ void dash_to(GlobalBlock& g, double bx, double by) {
   p.cur_x = bx;
   p.cur_y = by;
 
-  double angle = 0.0;
+  double c = 0.0;
+  double s = 0.0;
   if (std::abs(bx - ax) <= kSteep) {
-    angle = ay - by < 0.0 ? -kRightAngle : kRightAngle;
+    // Straight up or down the page. The direction is taken exactly: the cosine of the
+    // single-precision right angle would make the dashes drift sideways, and their
+    // last point miss B by a fraction that shows as a stray dot.
+    s = ay - by < 0.0 ? -1.0 : 1.0;
   } else {
-    angle = std::atan2(ay - by, bx - ax);
+    const double angle = std::atan2(ay - by, bx - ax);
+    c = std::cos(angle);
+    s = std::sin(angle);
   }
-  const double c = std::cos(angle);
-  const double s = std::sin(angle);
   double len = std::abs(ay == by ? bx - ax : (ay - by) / s);
 
   if (const double d = p.side_offset; d != 0.0) {

@@ -1,0 +1,122 @@
+#pragma once
+// A plot open on a driver that records everything the pipeline hands to it, for the
+// tests of the pipeline and the colours.
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/global_block.h"
+#include "draw/colour.h"
+#include "draw/pipeline.h"
+#include "drivers/registry.h"
+
+namespace zorvel::recording {
+
+struct Sent {
+  double x;
+  double y;
+  Pen pen;
+};
+
+// Records everything the pipeline hands to a driver.
+class Recorder final : public Driver {
+ public:
+  explicit Recorder(unsigned caps) : caps_(caps) {}
+  bool open(std::FILE* /*file*/, const DriverSetup& setup) override {
+    setup_ = setup;
+    return true;
+  }
+  void point(double x, double y, Pen pen) override { points.push_back({x, y, pen}); }
+  unsigned caps() const override { return caps_; }
+  void colour(Rgb rgb, int value) override {
+    colours.push_back(rgb);
+    values.push_back(value);
+  }
+  void pen_width(const LineWidth& w) override { widths.push_back(w); }
+  void fill(std::span<const double> xs, std::span<const double> ys, Rgb rgb) override {
+    fills.emplace_back(xs.begin(), xs.end());
+    fills.emplace_back(ys.begin(), ys.end());
+    fill_colours.push_back(rgb);
+  }
+  bool close() override { return true; }
+  bool failed() const override { return false; }
+
+  std::vector<Sent> points;
+  std::vector<Rgb> colours;
+  std::vector<int> values;
+  std::vector<LineWidth> widths;
+  std::vector<std::vector<double>> fills;  // xs, ys, xs, ys, ...
+  std::vector<Rgb> fill_colours;
+  DriverSetup setup_;
+
+ private:
+  unsigned caps_;
+};
+
+// A plot open on a recording driver, with messages captured in memory. With `raw` the
+// dispatch hands plot units over unchanged, so that geometry can be checked directly.
+class Plot {
+ public:
+  explicit Plot(int device = 201, bool raw = true, unsigned caps = kCapFill) {
+    file_ = open_memstream(&buf_, &len_);
+    g.msg.output = 1;
+    g.msg.handle = file_;
+    g.msg.routine = "test";
+    g.core.device = device;
+    g.core.level = 1;
+    auto r = std::make_unique<Recorder>(caps);
+    rec = r.get();
+    EXPECT_TRUE(open_driver(g, *find_device(device), std::move(r), nullptr));
+    if (raw) {
+      g.pipe.dispatch = Dispatch::None;
+      g.pipe.scale = 1.0;
+    }
+    init_colours(g);
+    rec->points.clear();
+    rec->colours.clear();
+    rec->values.clear();
+  }
+  ~Plot() {
+    g.pipe.driver.reset();
+    g.msg.handle = nullptr;
+    std::fclose(file_);
+    std::free(buf_);
+  }
+  std::string messages() {
+    std::fflush(file_);
+    return std::string(buf_, len_);
+  }
+  // The points sent so far, split into polylines at every Move.
+  std::vector<std::vector<Sent>> polylines() {
+    end_polyline(g);
+    std::vector<std::vector<Sent>> out;
+    for (const Sent& s : rec->points) {
+      if (s.pen == Pen::Move) {
+        out.emplace_back();
+      }
+      if (s.pen == Pen::Move || s.pen == Pen::Draw) {
+        EXPECT_FALSE(out.empty()) << "a draw before any move";
+        if (!out.empty()) {
+          out.back().push_back(s);
+        }
+      }
+    }
+    return out;
+  }
+
+  GlobalBlock g;
+  Recorder* rec = nullptr;
+
+ private:
+  std::FILE* file_;
+  char* buf_ = nullptr;
+  std::size_t len_ = 0;
+};
+
+
+}  // namespace zorvel::recording
