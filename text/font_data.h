@@ -23,19 +23,31 @@
 //                          vertical, low byte horizontal, signed) that is multiplied by
 //                          0.5 in stroke fonts and by 2.0 in outline fonts and added to
 //                          every point of the polyline.
-// A record of L = 1 draws nothing. The record of glyph g is found by skipping g - 2
-// records from the start of the index; there is no table of record offsets.
+// A record of L = 1 draws nothing (a free place of the alphabet). The record of glyph g
+// is found by skipping g - 2 records from the start of the index; there is no table of
+// record offsets.
 //
 // Glyph numbers: the character code c gives glyph c - 31 (the blank, code 32, is glyph
 // 1). In the alphabets other than STAN the engine translates this glyph number by the
-// alphabet's remapping rule unless AlphabetData::direct is set.
+// alphabet's remapping rule unless AlphabetData::direct is set. Which character stands
+// on which code is listed in tools/fonts/SOURCES.md (Greek on the Latin letters as in the
+// PostScript Symbol font; the Russian, mathematical and extended layouts).
+//
+// Units: capitals span 0 .. 7 in font 1, 0 .. 21 in the stroke alphabets (the Greek, math,
+// script and Russian alphabets of every font included) and 0 .. 200 in the STAN alphabet
+// of the outline fonts; the x coordinates use the same units. Glyphs start at their left
+// edge, x = 0 (outline glyphs at 0 or 1), except in font 1: its STAN glyphs stand in a cell
+// 0 .. 6 (letters in columns 1 .. 5) and its Greek glyphs start at x = 1.
 //
 // Glyph width: the largest horizontal coordinate of the glyph's points (offsets
-// included). Every glyph of the STAN alphabet of font 1 is meant to be set 6 units wide.
+// included). Every glyph of the STAN alphabet of font 1 lies within its 6-unit cell.
 //
-// Outline fonts (FontData::outline): the STAN alphabet's strokes are closed contours
-// (the last point repeats the first). All contours of a glyph together, plus one joining
-// point for every contour after the first, never exceed kMaxOutlinePolygon points.
+// Outline fonts (FontData::outline): the glyphs of their STAN alphabet (also when ITAL
+// falls back to them) are closed contours (the last point repeats the first) whose
+// offsets count in units of 2.0. All contours of a glyph together, plus one joining point
+// for every contour after the first, never exceed kMaxOutlinePolygon points; inner
+// contours run opposite to outer ones, so the polygon fills correctly with either fill
+// rule.
 
 #include <cstdint>
 
@@ -95,8 +107,9 @@ constexpr int packed_y(uint16_t w) { return static_cast<int8_t>(w >> 8); }
 // Each entry is a character code of the alphabet the table names: the glyph is code - 31
 // before the alphabet's remapping rule. 0 means no glyph (drawn as a blank). Characters
 // without a glyph of their own map to the nearest unaccented letter where one exists.
-// Codes above 163 address extended glyphs that only font 3 has; in fonts with fewer
-// characters they fall beyond the alphabet and draw blanks.
+// STAN codes above 163 address extended glyphs that only font 3 has (233 characters); in
+// fonts with fewer characters they fall beyond the alphabet and draw blanks. The GREE
+// codes reach at most 168, which every Greek alphabet has.
 
 // ISO 8859-1 (and Unicode up to 255): codes 191..255, alphabet STAN. Below 191 only 161
 // (-> 185), 164 (-> 263) and 169 (-> 264) have glyphs.

@@ -62,8 +62,8 @@ const FontData kFonts[] = {
         {kCyrillicPoints, nullptr, nullptr, 925, kCyrillicIndex, 1107, 95, false},  // RUSS
     }},
     {3, "complx", 9, false, {
-        {kComplxPoints, nullptr, nullptr, 1655, kComplxStanIndex, 2631, 233, false},  // STAN
-        {kGreekPoints, nullptr, nullptr, 1302, kGreekIndex, 1045, 116, false},  // GREE
+        {kComplxPoints, nullptr, nullptr, 1665, kComplxStanIndex, 2633, 233, false},  // STAN
+        {kGreekPoints, nullptr, nullptr, 1302, kGreekIndex, 1039, 116, false},  // GREE
         {kMathPoints, nullptr, nullptr, 461, kMathIndex, 387, 96, false},  // MATH
         {kComplxItalicPoints, nullptr, nullptr, 510, kComplxItalicIndex, 341, 102, false},  // ITAL
         {kScriptPoints, nullptr, nullptr, 1427, kScriptIndex, 927, 102, false},  // SCRI
@@ -71,23 +71,23 @@ const FontData kFonts[] = {
     }},
     {4, "simplx", 9, false, {
         {kSimplxPoints, nullptr, nullptr, 1589, kSimplxStanIndex, 710, 132, false},  // STAN
-        {nullptr, nullptr, nullptr, 0, kSimplxGreekIndex, 519, 95, false},  // GREE
+        {nullptr, nullptr, nullptr, 0, kSimplxGreekIndex, 515, 95, false},  // GREE
         {kMathPoints, nullptr, nullptr, 461, kMathIndex, 387, 96, false},  // MATH
         {nullptr, nullptr, nullptr, 0, nullptr, 0, 132, false},  // ITAL
         {kScriptPoints, nullptr, nullptr, 1427, kScriptIndex, 927, 102, false},  // SCRI
         {kCyrillicPoints, nullptr, nullptr, 925, kCyrillicIndex, 1107, 95, false},  // RUSS
     }},
     {5, "duplx", 9, false, {
-        {kDuplxPoints, nullptr, nullptr, 1615, kDuplxStanIndex, 1002, 132, false},  // STAN
-        {kGreekPoints, nullptr, nullptr, 1302, kGreekIndex, 1045, 116, false},  // GREE
+        {kDuplxPoints, nullptr, nullptr, 1609, kDuplxStanIndex, 1002, 132, false},  // STAN
+        {kGreekPoints, nullptr, nullptr, 1302, kGreekIndex, 1039, 116, false},  // GREE
         {kMathPoints, nullptr, nullptr, 461, kMathIndex, 387, 96, false},  // MATH
         {nullptr, nullptr, nullptr, 0, nullptr, 0, 132, false},  // ITAL
         {kScriptPoints, nullptr, nullptr, 1427, kScriptIndex, 927, 102, false},  // SCRI
         {kCyrillicPoints, nullptr, nullptr, 925, kCyrillicIndex, 1107, 95, false},  // RUSS
     }},
     {6, "triplx", 9, false, {
-        {kTriplxPoints, nullptr, nullptr, 1906, kTriplxStanIndex, 3119, 132, false},  // STAN
-        {kGreekPoints, nullptr, nullptr, 1302, kGreekIndex, 1045, 116, false},  // GREE
+        {kTriplxPoints, nullptr, nullptr, 1908, kTriplxStanIndex, 3119, 132, false},  // STAN
+        {kGreekPoints, nullptr, nullptr, 1302, kGreekIndex, 1039, 116, false},  // GREE
         {kMathPoints, nullptr, nullptr, 461, kMathIndex, 387, 96, false},  // MATH
         {nullptr, nullptr, nullptr, 0, nullptr, 0, 132, false},  // ITAL
         {kScriptPoints, nullptr, nullptr, 1427, kScriptIndex, 927, 102, false},  // SCRI
@@ -95,7 +95,7 @@ const FontData kFonts[] = {
     }},
     {7, "gothic", 9, false, {
         {kGothicPoints, nullptr, nullptr, 2683, kGothicStanIndex, 1279, 95, false},  // STAN
-        {kGreekPoints, nullptr, nullptr, 1302, kGreekIndex, 1045, 116, false},  // GREE
+        {kGreekPoints, nullptr, nullptr, 1302, kGreekIndex, 1039, 116, false},  // GREE
         {kMathPoints, nullptr, nullptr, 461, kMathIndex, 387, 96, false},  // MATH
         {kGothicItalicPoints, nullptr, nullptr, 2366, kGothicItalicIndex, 1067, 95, true},  // ITAL
         {kGothicGermanPoints, nullptr, nullptr, 3003, kGothicGermanIndex, 1402, 102, true},  // SCRI
@@ -103,7 +103,7 @@ const FontData kFonts[] = {
     }},
     {11, "helve", 60, true, {
         {nullptr, kHelveX, kHelveY, -3136, kHelveStanIndex, 643, 132, false},  // STAN
-        {kGreekPoints, nullptr, nullptr, 1302, kGreekIndex, 1045, 116, false},  // GREE
+        {kGreekPoints, nullptr, nullptr, 1302, kGreekIndex, 1039, 116, false},  // GREE
         {kMathPoints, nullptr, nullptr, 461, kMathIndex, 387, 96, false},  // MATH
         {nullptr, nullptr, nullptr, 0, nullptr, 0, 132, false},  // ITAL
         {kScriptPoints, nullptr, nullptr, 1427, kScriptIndex, 927, 102, false},  // SCRI
@@ -111,7 +111,7 @@ const FontData kFonts[] = {
     }},
     {12, "helves", 60, true, {
         {nullptr, kHelvesX, kHelvesY, -3057, kHelvesStanIndex, 644, 132, false},  // STAN
-        {kGreekPoints, nullptr, nullptr, 1302, kGreekIndex, 1045, 116, false},  // GREE
+        {kGreekPoints, nullptr, nullptr, 1302, kGreekIndex, 1039, 116, false},  // GREE
         {kMathPoints, nullptr, nullptr, 461, kMathIndex, 387, 96, false},  // MATH
         {nullptr, nullptr, nullptr, 0, nullptr, 0, 132, false},  // ITAL
         {kScriptPoints, nullptr, nullptr, 1427, kScriptIndex, 927, 102, false},  // SCRI
@@ -119,7 +119,7 @@ const FontData kFonts[] = {
     }},
     {13, "helvet", 60, true, {
         {nullptr, kHelvetX, kHelvetY, -3126, kHelvetStanIndex, 638, 132, false},  // STAN
-        {kGreekPoints, nullptr, nullptr, 1302, kGreekIndex, 1045, 116, false},  // GREE
+        {kGreekPoints, nullptr, nullptr, 1302, kGreekIndex, 1039, 116, false},  // GREE
         {kMathPoints, nullptr, nullptr, 461, kMathIndex, 387, 96, false},  // MATH
         {nullptr, nullptr, nullptr, 0, nullptr, 0, 132, false},  // ITAL
         {kScriptPoints, nullptr, nullptr, 1427, kScriptIndex, 927, 102, false},  // SCRI
@@ -127,7 +127,7 @@ const FontData kFonts[] = {
     }},
     {14, "serif", 60, true, {
         {nullptr, kSerifX, kSerifY, -3424, kSerifStanIndex, 648, 132, false},  // STAN
-        {kGreekPoints, nullptr, nullptr, 1302, kGreekIndex, 1045, 116, false},  // GREE
+        {kGreekPoints, nullptr, nullptr, 1302, kGreekIndex, 1039, 116, false},  // GREE
         {kMathPoints, nullptr, nullptr, 461, kMathIndex, 387, 96, false},  // MATH
         {nullptr, nullptr, nullptr, 0, nullptr, 0, 132, false},  // ITAL
         {kScriptPoints, nullptr, nullptr, 1427, kScriptIndex, 927, 102, false},  // SCRI

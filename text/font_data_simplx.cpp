@@ -354,9 +354,9 @@ extern const uint16_t kSimplxPoints[1589] = {
     pt(0, 10), pt(1, 12), pt(3, 14), pt(5, 14), pt(6, 13), pt(6, 11), pt(4, 5), pt(4, 2),
     pt(6, 0), pt(8, 0), pt(11, 1), pt(13, 3), pt(15, 7), pt(16, 11), pt(16, 14),
     // 118 greek pi symbol
-    pt(6, 14), pt(4, 13), pt(2, 10), pt(1, 7), pt(1, 4), pt(2, 1), pt(3, 0), pt(5, 0),
-    pt(7, 1), pt(9, 4), pt(10, 8), pt(9, 4), pt(10, 1), pt(11, 0), pt(13, 0), pt(15, 1),
-    pt(17, 4), pt(18, 7), pt(18, 10), pt(17, 13), pt(16, 14), pt(0, 15), pt(19, 15),
+    pt(5, 14), pt(3, 13), pt(1, 10), pt(0, 7), pt(0, 4), pt(1, 1), pt(2, 0), pt(4, 0),
+    pt(6, 1), pt(8, 4), pt(9, 8), pt(8, 4), pt(9, 1), pt(10, 0), pt(12, 0), pt(14, 1),
+    pt(16, 4), pt(17, 7), pt(17, 10), pt(16, 13), pt(15, 14), pt(0, 14), pt(17, 14),
     // 120 xi
     pt(7, 21), pt(5, 20), pt(4, 19), pt(4, 18), pt(5, 17), pt(8, 16), pt(11, 16), pt(8, 16),
     pt(5, 15), pt(3, 14), pt(2, 12), pt(2, 10), pt(4, 8), pt(7, 7), pt(9, 7), pt(7, 7),
@@ -554,7 +554,7 @@ extern const int16_t kSimplxStanIndex[710] = {
 };
 
 // Greek of simplx, on the points of its standard alphabet. 94 records, one per line, for glyphs 2 to 95.
-extern const int16_t kSimplxGreekIndex[519] = {
+extern const int16_t kSimplxGreekIndex[515] = {
     5, 3, 366, 2, 369,  // 65 Alpha
     3, 19, 371,  // 66 Beta
     5, 2, 540, 2, 470,  // 67 Chi
@@ -603,7 +603,7 @@ extern const int16_t kSimplxGreekIndex[519] = {
     5, 2, 1295, 4, 1297,  // 116 tau
     3, 15, 1301,  // 117 upsilon
     7, 10, 1316, 11, 1326, 2, 1337,  // 118 greek pi symbol
-    7, -10, 1316, 254, -11, 1326, 254,  // 119 omega
+    5, 10, 1316, 11, 1326,  // 119 omega
     7, 7, 1339, 8, 1346, 11, 1354,  // 120 xi
     5, 2, 1365, 16, 1367,  // 121 psi
     3, 20, 1383,  // 122 zeta
@@ -622,7 +622,7 @@ extern const int16_t kSimplxGreekIndex[519] = {
     6, 8, 1159, -2, 882, -3338,  // 139 iota tonos
     6, 17, 1167, -2, 882, -3334,  // 140 omicron tonos
     6, 15, 1301, -2, 882, -3584,  // 141 upsilon tonos
-    10, -10, 1316, 254, -11, 1326, 254, -2, 882, -3582,  // 142 omega tonos
+    8, 10, 1316, 11, 1326, -2, 882, -3582,  // 142 omega tonos
     10, -8, 1159, 4, -5, 643, -2048, -5, 643, -2032,  // 143 iota dialytika
     9, 15, 1301, -5, 643, -2042, -5, 643, -2026,  // 144 upsilon dialytika
     13, -8, 1159, 4, -5, 643, -2048, -5, 643, -2032, -2, 882, -1286,  // 145 iota dialytika and tonos

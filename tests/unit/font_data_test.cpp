@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <set>
 #include <string>
@@ -321,10 +322,19 @@ TEST(FontData, GlyphsLieWithinTheirCells) {
   }
 }
 
+double signed_area(const Stroke& c) {
+  double a = 0;
+  for (std::size_t i = 0; i + 1 < c.size(); ++i) {
+    a += c[i].first * c[i + 1].second - c[i + 1].first * c[i].second;
+  }
+  return a / 2;
+}
+
 TEST(FontData, OutlineGlyphsAreClosedPolygonsOfAtMost200Points) {
   // Catches contours that are not closed (the outline drawn around the filled area would
-  // have a gap, and the joins between contours would not cancel) and glyphs too large
-  // for the engine's polygon buffer.
+  // have a gap, and the joins between contours would not cancel), glyphs too large for
+  // the engine's polygon buffer, and holes that run the same way as their outer contour
+  // (they would fill solid under the non-zero rule).
   for (int t : {11, 12, 13, 14}) {
     const FontData& f = *font_data(t);
     for (int g = 2; g <= f.alphabets[kAlphabetStan].chars; ++g) {
@@ -339,6 +349,23 @@ TEST(FontData, OutlineGlyphsAreClosedPolygonsOfAtMost200Points) {
         polygon += static_cast<int>(s.size()) - 1;
       }
       EXPECT_LE(polygon, kMaxOutlinePolygon) << f.name << " glyph " << g;
+    }
+    // Letters made of one outer contour (the largest) and holes.
+    for (int c : {'O', 'o', 'B', '8', 'a', 'e', 'A', 'D', 'R', '0'}) {
+      const std::vector<Stroke> s = stan_glyph(t, c);
+      ASSERT_GE(s.size(), 2u) << f.name << " " << static_cast<char>(c);
+      std::vector<double> areas;
+      for (const Stroke& contour : s) {
+        areas.push_back(signed_area(contour));
+      }
+      const double outer = *std::max_element(areas.begin(), areas.end(), [](double a, double b) {
+        return std::abs(a) < std::abs(b);
+      });
+      for (double a : areas) {
+        if (a != outer) {
+          EXPECT_LT(a * outer, 0) << f.name << " " << static_cast<char>(c);
+        }
+      }
     }
   }
 }

@@ -187,7 +187,7 @@ def chart(arrays, font, k, out):
 
 SAMPLES = [
     (0, "Zorvel 0123456789 (x+y)/2 = 3.5% Hamburgefonstiv"),
-    (0, "\u00c4\u00d6\u00dc \u00e4\u00f6\u00fc \u00df \u00c5\u00e5 \u00e9\u00e8\u00ea \u00f1 \u00e7"),
+    (0, "ÄÖÜ äöü ß Åå é à ñ ç"),
     (1, "ABGDEZ abgdez"),
     (5, "ABWGDE abwgde"),
 ]
@@ -203,7 +203,6 @@ def sample(arrays, font, out):
         if k > 0 and font["alphabets"][k]["words"] == 0:
             continue
         hdiv, vdiv, gapf = divisors(font, k)
-        hu, vu = h / hdiv, h / vdiv
         x, y0 = 10.0, 60 + row * 70
         for c in text:
             code = layout.stan_code(c) if ord(c) > 126 else ord(c)

@@ -62,6 +62,8 @@ class Pooled:
 
 
 class Index:
+    """The glyph index of one alphabet, encoded into a pool (possibly another alphabet's)."""
+
     def __init__(self, cname, pooled, glyphs, comment, direct=False):
         """glyphs: (code, character or None, Glyph or None) for glyphs 2 .. chars."""
         self.cname = cname
@@ -76,7 +78,7 @@ class Index:
             if g is not None and pooled.pool.packed:
                 g = g.chained()
             before = len(pooled.pool.points)
-            words, recs = encode_index(pooled.pool, [g])
+            _, recs = encode_index(pooled.pool, [g])
             if len(pooled.pool.points) > before:
                 pooled.notes.append((before, label))
             self.records.append(recs[0])
@@ -320,7 +322,8 @@ def emit_data_file(items, notice):
             notice, "", "#include <cstdint>", "", '#include "text/font_data.h"', "",
             "namespace zorvel::font_tables {"]
     if uses_pt:
-        head += ["", "namespace {", "constexpr uint16_t pt(int x, int y) { return pack_point(x, y); }",
+        head += ["", "namespace {",
+                 "constexpr uint16_t pt(int x, int y) { return pack_point(x, y); }",
                  "}  // namespace"]
     return "\n".join(head + body + ["", "}  // namespace zorvel::font_tables", ""])
 
@@ -362,7 +365,8 @@ def emit_registry(files, fonts, shared):
     for t in sorted(fonts):
         name, blank, is_outline, own = fonts[t]
         stan = own[STAN]
-        out.append("    {%d, \"%s\", %d, %s, {" % (t, name, blank, "true" if is_outline else "false"))
+        flag = "true" if is_outline else "false"
+        out.append("    {%d, \"%s\", %d, %s, {" % (t, name, blank, flag))
         for k, kname in enumerate(("STAN", "GREE", "MATH", "ITAL", "SCRI", "RUSS")):
             if k in own:
                 ix = own[k]

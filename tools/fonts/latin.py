@@ -103,18 +103,11 @@ def _tonos_left(kit, base, mark):
 
 
 def _apostrophe_caron(kit, base, ch):
-    """d, l, t and L take their caron as an apostrophe beside the stem."""
-    a = kit.marks.apostrophe()
-    x0, y0, x1, y1 = base.bbox()
-    if ch == "ť":
-        # Right of the stem top, which stands below the ascenders.
-        lo, hi = base.x_range_where(lambda y: y >= y1 - 1)
-        return base + a.shift(hi + 3, y1 - 4)
-    if ch == "Ľ":
-        lo, hi = base.x_range_where(lambda y: y >= y1 - 1)
-        return base + a.shift(hi + 3, y1 - 6)
-    lo, hi = base.x_range_where(lambda y: y >= y1 - 1)
-    return base + a.shift(hi + 3, y1 - 6)
+    """d, l, t and L take their caron as an apostrophe beside the top of the stem (the t's
+    stem ends lower, so its apostrophe stands lower too)."""
+    top = base.top()
+    _, right = base.x_range_where(lambda y: y >= top - 1)
+    return base + kit.marks.apostrophe().shift(right + 3, top - (4 if ch == "ť" else 6))
 
 
 def _bar(kit, base, y, x0=None, x1=None):
@@ -197,8 +190,7 @@ def ligature(kit, a, b, overlap):
 def _ae_caps(kit):
     a = kit.get("A").normalized()
     e = kit.get("E").normalized()
-    # The E shares the right leg of the A: keep the A's strokes left of its apex.
-    x0, _, x1, _ = a.bbox()
+    # The E takes the place of the right leg of the A: keep the A left of its apex.
     apex = mk.top_anchor(a)[0]
     left = a.clip(xmax=apex)
     return left + e.shift(apex - e.bbox()[0] - 1, 0)
@@ -208,34 +200,39 @@ def _thorn_caps(kit):
     """The P with its bowl lowered to the middle of the stem."""
     p = kit.get("P")
     lo, hi = p.stem(5)
-    stem = p.keep(lambda s: max(x for x, _ in s) <= hi + 1)
-    bowl = p.drop(lambda s: max(x for x, _ in s) <= hi + 1)
-    return stem + bowl.shift(0, -5)
+    is_bowl = lambda s: max(x for x, _ in s) > hi + 1 and min(y for _, y in s) >= 5
+    bowl = p.keep(is_bowl).clip(xmin=lo)
+    rest = p.drop(is_bowl)
+    # The serifs at the foot of the stem come back at its head, where the bowl left.
+    foot = rest.keep(lambda s: max(y for _, y in s) <= 0)
+    top = p.top()
+    return rest + bowl.shift(0, -5) + foot.shift(0, top)
 
 
 def _thorn(kit):
     """The p with the ascender of the l."""
     p = kit.get("p")
     l = kit.get("l")
-    lo, hi = p.stem(-3)
-    llo, lhi = l.stem(8)
-    return p + l.clip(ymin=kit.xheight - 1).shift(lo - llo, 0)
+    p_stem = p.stem(-3)[0]
+    l_stem = l.stem(8)[0]
+    return p + l.clip(ymin=kit.xheight - 1).shift(p_stem - l_stem, 0)
 
 
 def _eth_small(kit):
+    """An o whose right side rises to an ascender bending over to the left, crossed."""
     o = kit.get("o")
     x0, y0, x1, y1 = o.bbox()
-    w = x1 - x0
-    up = Glyph([[(x1, y1 // 2), (x1, y1 - 2), (x1 - 1, y1 + 1), (x1 - 3, y1 + 4), (x0 + 2, 21)]])
+    up = Glyph([[(x1, y1 // 2), (x1 - 1, y1 - 2), (x1 - 2, y1 + 1), (x1 - 4, y1 + 4),
+                 (x1 - 7, y1 + 6), (x1 - 10, y1 + 7)]])
     if kit.marks.style != "simplex":
-        up = up + up.shift(-1, 0).clip(ymin=y1 - 2)
-    cross = _slash(kit, x0 + 1, y1 + 1, x1, y1 + 5)
+        up = up + Glyph([[(x1 - 1, y1 // 2 + 1), (x1 - 2, y1 - 1), (x1 - 3, y1 + 1)]])
+    cx = (x0 + x1) // 2
+    cross = _slash(kit, cx - 3, y1 + 2, cx + 4, y1 + 5)
     return o + up + cross
 
 
 def _times(kit):
-    g = Glyph([[(0, 4), (12, 16)], [(12, 4), (0, 16)]])
-    return g
+    return Glyph([[(0, 4), (12, 16)], [(12, 4), (0, 16)]])
 
 
 def _divide(kit):

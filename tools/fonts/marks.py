@@ -21,12 +21,6 @@ _CEDILLA = [[(0, 0), (0, -2), (2, -3), (2, -5), (1, -6), (-2, -6)]]
 _OGONEK = [[(0, 0), (-2, -2), (-2, -4), (-1, -5), (1, -5)]]
 
 
-def _wedge(a, b, width):
-    """A thin triangle from the point a to the segment end b, widened across by width."""
-    (x0, y0), (x1, y1) = a, b
-    return [[a, b, (x1 + width, y1 - width // 2 if width > 1 else y1 - 1), a]]
-
-
 class MarkSet:
     """The marks of one style; dot is the font's own dot (taken from its 'i')."""
 
@@ -36,6 +30,7 @@ class MarkSet:
         self.apostrophe_glyph = apostrophe
 
     def _weigh(self, strokes, heavy_shift=(1, 0)):
+        """The skeleton, drawn twice in the heavier styles."""
         g = Glyph(strokes)
         if self.style in ("duplex", "triplex"):
             g = g + g.shift(*heavy_shift)
@@ -46,8 +41,10 @@ class MarkSet:
             return Glyph(_ACUTE)
         if self.style == "duplex":
             return Glyph(_ACUTE) + Glyph(_ACUTE).shift(1, 0)
-        w = 2 if self.style == "triplex" else 1
-        return Glyph(_wedge((-2, 0), (2, 5), w))
+        # A thin wedge, widening upwards like the serif strokes of these fonts.
+        if self.style == "triplex":
+            return Glyph([[(-2, 0), (2, 5), (4, 4), (-2, 0)], [(-2, 0), (3, 5)]])
+        return Glyph([[(-2, 0), (2, 5), (3, 4), (-2, 0)]])
 
     def grave(self):
         return self.acute().mirror_x()

@@ -23,9 +23,12 @@ def extra(ch, style):
     global _EXTRAS
     if _EXTRAS is None:
         _EXTRAS = read_design(os.path.join(HERE, "extras.txt"))[0]
-    order = {"triplex": ["complex", "simplex"], "duplex": ["complex", "simplex"],
-             "complex": ["complex", "simplex"], "simplex": ["simplex"],
-             "math": ["math", "simplex"]}[style]
+    if style == "duplex":
+        # The duplex letters are the simplex ones drawn twice, side by side.
+        g = extra(ch, "simplex")
+        return g + g.shift(1, 0)
+    order = {"triplex": ["complex", "simplex"], "complex": ["complex", "simplex"],
+             "simplex": ["simplex"], "math": ["math", "simplex"]}[style]
     for s in order:
         key = "%s@%s" % (ch, s)
         if key in _EXTRAS:
@@ -48,14 +51,14 @@ def caret(style):
 class HersheyKit(latin.Kit):
     """A kit over a dictionary of glyphs by character."""
 
-    def __init__(self, glyphs, style, mark_style=None, extras=None):
+    def __init__(self, glyphs, style, extras=None):
         self.glyphs = glyphs
         self.style = style
         xheight = glyphs["x"].top() if "x" in glyphs else 14
         dot_src = glyphs.get("i") or hershey("timesr")["i"]
         dot = mk.centred_dot(dot_src, xheight)
         apostrophe = mk.centred_apostrophe(glyphs.get("'") or hershey("timesr")["'"])
-        marks = mk.MarkSet(mark_style or style, dot, apostrophe)
+        marks = mk.MarkSet(style, dot, apostrophe)
         super().__init__(glyphs.get, marks, xheight, extra=extras or {})
 
 
@@ -94,17 +97,6 @@ def roman_kit(style):
         raise ValueError(style)
     extras = {"ß": extra("ß", style)}
     return HersheyKit(glyphs, style, extras=extras)
-
-
-def stan_alphabet(kit, count):
-    chars = layout.stan_chars(count)
-    out = []
-    for ch in chars[1:]:
-        g = kit.glyph(ch)
-        if g is None:
-            raise SystemExit("no glyph for %r in the %s standard alphabet" % (ch, kit.style))
-        out.append((ch, g.normalized()))
-    return out
 
 
 # ==========================================================================================
@@ -147,19 +139,17 @@ def greek_kit(style):
         glyphs.setdefault(ch, g)
     glyphs["‘"] = h["`"]
     glyphs["’"] = h["'"]
-    glyphs["i"] = glyphs["ι"]  # its dot is borrowed below
-    kit = HersheyKit(glyphs, style)
-    kit.marks.dot_glyph = roman.marks.dot()
+    kit = HersheyKit(glyphs, style)  # marks and dots are those of the roman letters
     heavy = style != "simplex"
     omicron, omega = glyphs["ο"], glyphs["ω"]
-    ox0, _, ox1, oy1 = omicron.bbox()
+    ox0, _, ox1, _ = omicron.bbox()
     cx = (ox0 + ox1) // 2
     stem = Glyph([[(cx, -7), (cx, 20)]] + ([[(cx + 1, -7), (cx + 1, 20)]] if heavy else []))
     wx0, _, wx1, wy1 = omega.bbox()
-    bar = Glyph([[(wx0 - 1, wy1 + 1), (wx1 + 1, wy1 + 1)]] +
-                ([[(wx0 - 1, wy1 + 2), (wx1 + 1, wy1 + 2)]] if heavy else []))
+    bar = Glyph([[(wx0, wy1), (wx1, wy1)]] +
+                ([[(wx0, wy1 + 1), (wx1, wy1 + 1)]] if heavy else []))
     theta = glyphs["Θ"]
-    tx0, _, tx1, _ = theta.bbox()
+    tx0 = theta.bbox()[0]
     kit.extra.update({
         "θ": theta.scale(0.6, 1.0, cx=tx0),
         "ς": extra("ς", style),
@@ -186,7 +176,7 @@ def _iso7_symbols(kit, roman, style):
     lt, gt = small("<", 0.6), small(">", 0.6)
     one, two, three = small("1"), small("2"), small("3")
     bar = roman.glyph("|")
-    bx0, by0, bx1, by1 = bar.bbox()
+    _, by0, _, by1 = bar.bbox()
     mid = (by0 + by1) // 2
     dash = Glyph([[(0, 9), (20, 9)]] + ([[(0, 10), (20, 10)]] if heavy else []))
     delta, rho = kit.glyph("Δ").normalized().scale(0.6), kit.glyph("ρ").normalized().scale(0.6)
@@ -202,8 +192,7 @@ def _iso7_symbols(kit, roman, style):
         "±": hershey("mathlow")[33],
         "²": top_at(two, 21),
         "³": top_at(three, 21),
-        "½": top_at(one, 21) + Glyph([[(0, 0), (14, 21)]]).shift(0, 0) +
-             two.shift(one.bbox()[2] + 4, 0),
+        "½": top_at(one, 21) + Glyph([[(0, 0), (14, 21)]]) + two.shift(one.bbox()[2] + 4, 0),
         "¦": bar.clip(ymax=mid - 2) + bar.clip(ymin=mid + 2),
         "¬": extra("¬", style),
         "―": dash,
@@ -251,8 +240,7 @@ def russian_alphabet():
     glyphs["i"] = hershey("timesr")["i"]  # the dot of the dieresis
     kit = HersheyKit(glyphs, "complex")
     # The breve of the small short i, which the set has, completes the capital.
-    small_i, short_i = glyphs["и"], glyphs["й"]
-    breve = short_i.keep(lambda s: min(y for _, y in s) > kit.xheight)
+    breve = glyphs["й"].keep(lambda s: min(y for _, y in s) > kit.xheight)
     bx0, by0, bx1, _ = breve.bbox()
     breve = breve.shift(-(bx0 + bx1) // 2, -by0)
     kit.extra["Й"] = kit.above(glyphs["И"], breve)
@@ -294,9 +282,8 @@ def math_alphabet():
     rx0, ry0, rx1, ry1 = ring.bbox()
     g["∮"] = integral + ring.shift((ix0 + ix1 - rx0 - rx1) // 2, (iy0 + iy1 - ry0 - ry1) // 2)
     h_small = hershey("rowmans")["h"]
-    hx0, _, hx1, _ = h_small.bbox()
+    hx0 = h_small.bbox()[0]
     g["ℏ"] = h_small + Glyph([[(hx0 - 2, 15), (hx0 + 6, 19)]])
-    bar_under = Glyph([[(0, -2), (16, -2)]])
 
     def with_bar(sym):
         x0, y0, x1, y1 = sym.bbox()
@@ -306,7 +293,6 @@ def math_alphabet():
     g["⊇"] = with_bar(g["⊃"])
     ex0, ey0, ex1, ey1 = g["∈"].bbox()
     g["∉"] = g["∈"] + Glyph([[(ex0 + 1, ey0 - 3), (ex1 - 1, ey1 + 3)]])
-    del bar_under
     out = []
     for ch in layout.math_slots():
         out.append((ch, g[ch].normalized()) if ch else (None, None))
