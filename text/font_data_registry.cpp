@@ -54,7 +54,7 @@ using namespace font_tables;
 
 const FontData kFonts[] = {
     {1, "zoralf", 6, false, {
-        {kZoralfPoints, nullptr, nullptr, 814, kZoralfStanIndex, 678, 132, false},  // STAN
+        {kZoralfPoints, nullptr, nullptr, 808, kZoralfStanIndex, 678, 132, false},  // STAN
         {nullptr, nullptr, nullptr, 0, kZoralfGreekIndex, 518, 95, false},  // GREE
         {kMathPoints, nullptr, nullptr, 461, kMathIndex, 387, 96, false},  // MATH
         {nullptr, nullptr, nullptr, 0, nullptr, 0, 132, false},  // ITAL
