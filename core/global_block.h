@@ -10,6 +10,7 @@
 #include "draw/colour.h"
 #include "draw/pipeline.h"
 #include "drivers/ps.h"
+#include "text/text_state.h"
 
 namespace zorvel {
 
@@ -20,6 +21,7 @@ struct GlobalBlock {
   PipelineState pipe;  // vector pipeline and the output driver
   ColourState colour;  // colour table and the current colour
   PostScriptState ps;  // PostScript file settings (psmode)
+  TextState text;      // text parameters, the loaded font, the string being drawn
   GlobalBlock() = default;
   GlobalBlock(const GlobalBlock&) = delete;
   GlobalBlock& operator=(const GlobalBlock&) = delete;

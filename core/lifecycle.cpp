@@ -16,6 +16,7 @@
 #include "core/process.h"
 #include "core/summary.h"
 #include "drivers/registry.h"
+#include "text/text.h"
 
 namespace zorvel {
 namespace {
@@ -225,6 +226,7 @@ void zorini(GlobalBlock& g) {
   c.nans = 0;
   g.msg.warnings = 0;
   c.has_plot_file = false;
+  text_defaults(g);  // height, angle, character set, the font zoralf
 
   c.effective_screen_mode =
       c.screen_mode == 4 ? (auto_reversed(c.device) ? 2 : 0) : c.screen_mode;

@@ -189,6 +189,9 @@ class PsDriver final : public Driver {
   void new_page() override;
   bool close() override;
   bool failed() const override { return out_ && out_->failed(); }
+  long long overflows() const override { return out_ ? out_->overflows() : 0; }
+  // Polygons are filled natively: rectangles through the prolog's `e`, others as paths.
+  unsigned caps() const override { return kCapFill; }
 
  private:
   void write_header(const DriverSetup& setup);

@@ -1,0 +1,59 @@
+#pragma once
+// The text engine's entry points for the rest of the library. Axis labels, legends,
+// titles and every other text go through these, so that all text of a plot follows the
+// same parameters (height, angle, font, alphabet, character set, justification).
+//
+// Positions are plot units (0.01 cm) on the page, y downwards, before the origin offset
+// of origin() (the pipeline adds it); they are NOT converted by pagorg: callers that take
+// y from a user pass it through page_y() first, as messag does. Every entry works at
+// levels 1 to 3 (a plot must be open for output; measuring needs only a loaded font).
+
+#include <string_view>
+
+namespace zorvel {
+
+struct GlobalBlock;
+
+// Sets the text defaults of a new plot (called by zorini): character height
+// kDefaultHeight, angle 0, standard character set and alphabet, no spacing, width factor
+// 1, no slant, proportional spacing, left/top justification, no frame, the font zoralf.
+void text_defaults(GlobalBlock& g);
+
+// Draws `s` with its justification point (txtjus) at (x, y): the engine behind messag.
+// With the default top-left justification (x, y) is where the top of the capitals
+// begins. Bad UTF-8 or more than 256 codes: warning 174, nothing drawn. A start or end
+// point outside the page gives warning 193 and the text is drawn all the same (the
+// pipeline clips). The pen is left at the end of the string for draw_string_continued.
+void draw_string(GlobalBlock& g, std::string_view s, double x, double y);
+
+// Draws `s` from the pen position left by the previous string (messag at 999, 999),
+// without justification.
+void draw_string_continued(GlobalBlock& g, std::string_view s);
+
+// Length of `s` in plot units with the current parameters, as nlmess: the largest extent
+// of the pen from the start, the last gap not counted, rounded to the nearest integer.
+// 0 for an empty string, a string of blanks, or after warning 174. Draws nothing and
+// changes no parameter.
+int measure_string(GlobalBlock& g, std::string_view s);
+
+// The work of height and angle, for callers that change and restore them around one
+// text. set_height refuses values outside 1..10000 with warning 2 and returns false.
+bool set_height(GlobalBlock& g, int height);
+void set_angle(GlobalBlock& g, int degrees);
+
+// Draws `s` as draw_string with a temporary angle and height; the previous values are
+// restored afterwards (only those that differed are touched). A height outside 1..10000
+// gives warning 2 and the string is drawn with the current height.
+void draw_string_with(GlobalBlock& g, std::string_view s, double x, double y, int degrees,
+                      int height);
+
+// Formats `value` with `digits` decimals (-1: integer, 0: trailing point; see
+// axes/number_format.h) into 41 characters and draws it like draw_string.
+void draw_number(GlobalBlock& g, double value, int digits, double x, double y);
+
+// Makes alphabet k (0 STAN, 1 GREE, 2 MATH, 3 ITAL, 4 SCRI, 5 RUSS) the one whose unit
+// sizes and gap are cached; for the instruction alphabet, which changes alphabets inside a
+// string. Out-of-range k is ignored.
+void select_alphabet(GlobalBlock& g, int k);
+
+}  // namespace zorvel
