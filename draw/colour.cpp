@@ -326,8 +326,12 @@ void load_colour_table(GlobalBlock& g, ColourTable t) {
 }
 
 void init_colours(GlobalBlock& g) {
-  g.colour.depth = colour_depth(g.core.device);
-  load_colour_table(g, ColourTable::Rain);
+  const int device = g.core.device;
+  g.colour.depth = colour_depth(device);
+  // A pen plotter's colours are its pens, numbered from 1: the small table's indices
+  // name them; every other device starts with the rainbow.
+  const bool plotter = device >= 401 && device <= 405;
+  load_colour_table(g, plotter ? ColourTable::Small : ColourTable::Rain);
 }
 
 namespace api {

@@ -23,7 +23,7 @@ inline constexpr int kNamedColours = 9;
 inline constexpr int kCycleLength = 30;
 
 struct ColourState {
-  ColourTable table_id = ColourTable::Rain;  // the setvlt choice (zorini loads RAIN)
+  ColourTable table_id = ColourTable::Rain;  // the setvlt choice (zorini: see init_colours)
   std::array<int, 256> table{};    // entries 0x00RRGGBB
   bool keep_table = false;         // the user loaded his own table: the next setvlt keeps it
   int background = 0;              // index of the background
@@ -61,7 +61,8 @@ void set_colour(GlobalBlock& g, int value);
 // current colour to the foreground.
 void load_colour_table(GlobalBlock& g, ColourTable t);
 
-// Start of a plot: colour depth of the device and the default table (RAIN).
+// Start of a plot: colour depth of the device and the default table (RAIN; SMAL on
+// HPGL plotters, whose pens are numbered 1 to 8).
 void init_colours(GlobalBlock& g);
 
 }  // namespace zorvel

@@ -8,6 +8,8 @@
 //
 //   @SuppressWarnings("removal")
 //   public class zorvel extends Applet {
+//     private static final long serialVersionUID = 1L;
+//
 //     public Dimension getPreferredSize () {
 //       return new Dimension (854, 604);
 //     }
@@ -108,6 +110,8 @@ class JavaDriver final : public Driver {
     }
     s += " extends Applet {";
     out_->line(s);
+    out_->line("  private static final long serialVersionUID = 1L;");
+    out_->line("");
     out_->line("  public Dimension getPreferredSize () {");
     s = "    return new Dimension (";
     s.append(num, format_int(num, width_ + 1));
