@@ -94,7 +94,13 @@ initgraphics
   150 cm   200 cm translate   1.000000  1.000000 scale
 0 0 4198 5938 0 0 0 e 
 2 setlinecap 2 setlinejoin
-255 255 255 f gsave showpage grestore 
+255 255 255 f 600 600 u 3600 5200 d p 255 255 0 f 3600 600 u 600 5200 d p 
+copypage 
+%%Page: 1 2
+0 0 4198 5938 0 0 0 e 
+2 setlinecap 2 setlinejoin 5 cm setlinewidth
+255 255 0 f 10.00 cm setlinewidth 2100 600 u 2100 5200 d p gsave showpage 
+grestore 
 %%Trailer 
-%%Pages: 1
+%%Pages: 2
 %%EOF 
