@@ -36,12 +36,13 @@ namespace {
 //             sclmod "NONE"             k = 1: true size
 // device page   the hwpage size when set; otherwise
 //             PostScript               an A4 sheet, portrait 2100 x 2970 (landscape pages
-//                                      lie turned on it, so "DA4L" fills it: s = 2.0)
+//                                      lie turned on it, so "DA4L" fills it: s = 2.0);
+//                                      EPS has none: a figure keeps its true size
 //             HPA4, HPA3, HPA2, HPA1   the A4 ... A1 sheet, landscape
 //             screens, applet, raster  the window of zorini (853 x 603 pixels for a
 //                                      landscape page, 603 x 853 for a portrait one)
-//             metafile, CGM, HPGL, PDF, SVG, IPE: none (k = 1), their output takes the
-//                                      page's own size
+//             metafile, CGM, HPGL, EPS, PDF, SVG, IPE: none (k = 1), their output
+//                                      takes the page's own size
 // sclfac    the PostScript family leaves sclfac out of s: it writes it into the file's
 //           "scale" command, and its bounding box uses W * s * sclfac.
 // hworig    PostScript places the page at this offset on the sheet (its driver reads it
@@ -68,11 +69,13 @@ Fitting fitting(const GlobalBlock& g, Dispatch d, int device) {
     case Dispatch::Paper:
       if (device == 511) {
         f.natural = kPoints;
-      } else {
-        f.natural = 2.0;
-        f.sheet_w = 2100.0;
+        break;
+      }
+      f.natural = 2.0;
+      f.factor_in_scale = false;
+      if (device != 503) {
+        f.sheet_w = 2100.0;  // an EPS figure is placed by its user, not on a sheet
         f.sheet_h = 2970.0;
-        f.factor_in_scale = false;
       }
       break;
     case Dispatch::Ipe:
