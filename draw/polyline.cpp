@@ -21,8 +21,9 @@ bool finite(double x, double y) { return std::isfinite(x) && std::isfinite(y); }
 
 double limited(double v) { return std::clamp(v, -kCoordinateLimit, kCoordinateLimit); }
 
-// Applies the 3D-plane projection, then the affine map. False when the result is not a
-// finite point (a point on the projection's horizon).
+// Applies the 3D-plane projection, then the affine map (callers skip it when neither is
+// on: points arrive finite and clamped). False when the result is not a finite point (a
+// point on the projection's horizon).
 bool transform(const PipelineState& p, double& x, double& y) {
   if (p.plane) {
     const auto& h = p.plane_h;
@@ -113,7 +114,7 @@ void buffer_move(GlobalBlock& g, double x, double y) {
     set_colour(g, p.dash_colours[static_cast<std::size_t>(p.dash_colour_index)]);
   }
   flush_polyline(g);
-  if (!transform(p, x, y)) {
+  if ((p.plane || p.affine) && !transform(p, x, y)) {
     drop_point(g);
     return;
   }
@@ -124,7 +125,7 @@ void buffer_move(GlobalBlock& g, double x, double y) {
 
 void buffer_draw(GlobalBlock& g, double x, double y, bool merge) {
   PipelineState& p = g.pipe;
-  if (!transform(p, x, y)) {
+  if ((p.plane || p.affine) && !transform(p, x, y)) {
     drop_point(g);
     return;
   }
