@@ -187,6 +187,7 @@ class PsDriver final : public Driver {
   void line_join(int join, double miter_limit) override;
   void fill(std::span<const double> xs, std::span<const double> ys, Rgb rgb) override;
   void new_page() override;
+  void text(const TextRun& run) override;
   bool close() override;
   bool failed() const override { return out_ && out_->failed(); }
   long long overflows() const override { return out_ ? out_->overflows() : 0; }
@@ -229,6 +230,12 @@ class PsDriver final : public Driver {
   LineWidth width_{};
   Rgb colour_{};
   bool closed_ = false;
+
+  // Driver fonts: the face and size set last with `font` (empty: none on this page), and
+  // the faces re-encoded for the accented letters on this page.
+  std::string font_face_;
+  double font_size_ = 0.0;
+  std::string encoded_;
 };
 
 // Opening
@@ -539,6 +546,59 @@ void PsDriver::fill(std::span<const double> xs, std::span<const double> ys, Rgb 
   out.words("closepath fill grestore ");
 }
 
+// Text
+// ====
+
+// One character in a driver font, centred on its base line by the prolog's `c`. The
+// text fonts are re-encoded once per page with GermanVec and the copyright sign at 187,
+// under the name "<face>-Zv"; Symbol keeps its own encoding.
+void PsDriver::text(const TextRun& run) {
+  if (run.text.empty() || run.face.empty() || run.face.size() > 64) {
+    return;
+  }
+  end_polyline();
+  TextWriter& out = *out_;
+  const double size = std::clamp(run.size * kPointsPerUnit, 0.01, 1e5);
+  if (run.face != font_face_ || std::fabs(size - font_size_) > 0.005) {
+    const bool symbol = run.face == "Symbol";
+    std::string name("/");
+    name += run.face;
+    if (!symbol) {
+      name += "-Zv";
+      const std::string key = std::string(run.face) + ' ';
+      if (encoded_.find(key) == std::string::npos) {
+        encoded_ += key;
+        std::string line("/");
+        line += run.face;
+        line += ' ';
+        line += name;
+        line += " [ GermanVec aload pop 8#273 /copyright ] ReEncodeSmall ";
+        out.words(line);
+      }
+    }
+    out.word(name + ' ');
+    out.fixed_word(size, 2);
+    out.word("font ");
+    font_face_ = run.face;
+    font_size_ = size;
+  }
+  double angle = std::fmod(run.angle, 360.0);
+  if (!(angle == angle)) {
+    angle = 0.0;
+  }
+  for (const char ch : run.text) {
+    out.int_word(static_cast<unsigned char>(ch));
+    out.int_word(to_unit(run.x));
+    out.int_word(to_unit(run.y));
+    if (std::fabs(angle - std::round(angle)) < 1e-6) {
+      out.int_word(static_cast<long long>(std::round(angle)));
+    } else {
+      out.fixed_word(angle, 2);
+    }
+    out.word("c ");
+  }
+}
+
 // Pages
 // =====
 
@@ -551,6 +611,8 @@ void PsDriver::new_page() {
     return;
   }
   end_polyline();
+  font_face_.clear();  // a page may be shown alone: its fonts are set up again
+  encoded_.clear();
   out_->word("copypage ");
   out_->newline();
   std::string s = "%%Page: 1 ";
