@@ -17,6 +17,7 @@
 #include "draw/colour.h"
 #include "draw/pipeline.h"
 #include "drivers/registry.h"
+#include "drivers/text_writer.h"
 #include "tests/unit/recording_driver.h"
 
 namespace zorvel {
@@ -536,6 +537,47 @@ TEST(Dispatch, VectorsCountDrawsOnly) {
   draw_to(plot.g, -50, -100);  // invisible
   end_polyline(plot.g);
   EXPECT_EQ(plot.g.core.vectors, 2);
+}
+
+// Output errors
+// =============
+
+TEST(Output, WriteErrorsAndOverflowsAreReportedOnce) {
+  // Catches a write error reported at every polyline (or never before zorfin), and
+  // dropped words that go unreported or are reported again without new ones.
+  Plot plot;
+  plot.rec->fail = true;
+  for (int i = 0; i < 3; ++i) {
+    api::line(plot.g, 0, 0, 100, 100);
+  }
+  plot.rec->overflow_count = 2;
+  api::line(plot.g, 0, 0, 100, 100);
+  api::line(plot.g, 0, 0, 100, 100);
+  plot.rec->overflow_count = 3;
+  api::line(plot.g, 0, 0, 100, 100);
+  end_polyline(plot.g);
+  EXPECT_EQ(plot.messages(),
+            " <<<< Warning 36: File error in test!\n"
+            " <<<< Warning 176: Internal overflow in qqsbuf in test!\n"
+            " <<<< Warning 176: Internal overflow in qqsbuf in test!\n");
+}
+
+TEST(Output, WordsLongerThanALineAreDropped) {
+  // Catches a word longer than the line width being written (a line over 80 characters)
+  // or being dropped without being counted.
+  std::FILE* f = std::tmpfile();
+  ASSERT_NE(f, nullptr);
+  TextWriter w(f, 80);
+  w.word(std::string(80, 'a'));
+  w.word(std::string(81, 'b'));
+  w.word("c ");
+  EXPECT_TRUE(w.finish());
+  EXPECT_EQ(w.overflows(), 1);
+  std::rewind(f);
+  char buf[256] = {};
+  const std::size_t n = std::fread(buf, 1, sizeof buf - 1, f);
+  std::fclose(f);
+  EXPECT_EQ(std::string(buf, n), std::string(80, 'a') + "\nc ");
 }
 
 // Page fitting

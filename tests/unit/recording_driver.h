@@ -44,7 +44,8 @@ class Recorder final : public Driver {
     fill_colours.push_back(rgb);
   }
   bool close() override { return true; }
-  bool failed() const override { return false; }
+  bool failed() const override { return fail; }
+  long long overflows() const override { return overflow_count; }
 
   std::vector<Sent> points;
   std::vector<Rgb> colours;
@@ -52,6 +53,8 @@ class Recorder final : public Driver {
   std::vector<LineWidth> widths;
   std::vector<std::vector<double>> fills;  // xs, ys, xs, ys, ...
   std::vector<Rgb> fill_colours;
+  bool fail = false;             // what failed() reports
+  long long overflow_count = 0;  // what overflows() reports
   DriverSetup setup_;
 
  private:
