@@ -100,7 +100,13 @@ void set_dash_colours(GlobalBlock& g, const int* colours, int n) {
 }
 
 void set_side_offset(GlobalBlock& g, double d) {
-  g.pipe.side_offset = std::isfinite(d) ? d : 0.0;
+  PipelineState& p = g.pipe;
+  p.side_offset = std::isfinite(d) ? d : 0.0;
+  if (p.pending_move && p.side_offset == 0.0) {
+    // The move waited for a direction that is no longer needed: make it now.
+    p.pending_move = false;
+    buffer_move(g, p.cur_x, p.cur_y);
+  }
 }
 
 void dash_to(GlobalBlock& g, double bx, double by) {

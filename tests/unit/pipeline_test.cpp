@@ -240,6 +240,14 @@ TEST(Dash, SidewaysOffsetDrawsAParallelLine) {
   EXPECT_NEAR(lines[0][2].y, 100, 1e-4);
   EXPECT_NEAR(lines[0][3].x, 205, 1e-4);
   EXPECT_NEAR(lines[0][3].y, 200, 1e-4);
+  // A move that waits for its direction is made when the offset goes away.
+  move_to(plot.g, 500, 500);
+  set_side_offset(plot.g, 0.0);
+  draw_to(plot.g, 600, 500);
+  const auto after = plot.polylines();
+  ASSERT_EQ(after.size(), 2U);
+  EXPECT_EQ(after[1][0].x, 500);
+  EXPECT_EQ(after[1][1].x, 600);
 }
 
 // Clipping
