@@ -246,8 +246,8 @@ def javadoc(m):
     lines.append("")
     lines.append(f"<p>Levels: {level_text(r)}.")
     if m.floats:
-        lines.append(" The float[] overload: values are widened to double for the library"
-                     " and output values narrowed back.")
+        lines.append("<p>The float[] overload: values are widened to double for the library,")
+        lines.append("output values narrowed back to float.")
     if r.args or r.ret != "void":
         lines.append("")
     for a, t in zip(r.args, m.types):

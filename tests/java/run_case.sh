@@ -5,7 +5,8 @@
 #   run_case.sh expect CASE WORKDIR -- COMMAND...
 #       compares standard output (and "exit N") with CASE.out, the files left with
 #       CASE.files when that exists, and standard error with CASE.err (empty when there
-#       is no CASE.err).
+#       is no CASE.err); with CASE.errgrep, standard error must hold each of its lines
+#       (for texts with varying parts, such as a Java stack trace).
 #   run_case.sh same WORKDIR -- COMMAND_A... -- COMMAND_B...
 #       runs both commands in their own folders; their standard output and every file
 #       they leave must be byte for byte the same (a C program and its Java twin).
