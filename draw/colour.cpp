@@ -62,13 +62,13 @@ constexpr Row kRainRows[] = {
     {170, 0xa6ff00}, {200, 0xffdd00}, {230, 0xff6200}, {254, 0xff0000},
 };
 // Magenta through blue, cyan, green and yellow to red.
-constexpr Row kSpecRows[] = {
+constexpr Row kSpectrumRows[] = {
     {1, 0xff00ff},   {2, 0xfa00ff},   {10, 0xd200ff},  {30, 0x6d00ff},  {50, 0x0800ff},
     {64, 0x003eff},  {90, 0x00c2ff},  {100, 0x00f4ff}, {128, 0x00ff7d}, {150, 0x00ff0e},
     {170, 0x57ff00}, {200, 0xeeff00}, {230, 0xff7900}, {254, 0xff0000},
 };
 constexpr Table kRain = ramp(kRainRows);
-constexpr Table kSpec = ramp(kSpecRows);
+constexpr Table kSpectrum = ramp(kSpectrumRows);
 
 // Black, white, red, green, blue, yellow, orange, cyan, magenta.
 constexpr int kSmall[9] = {0x000000, 0xffffff, 0xff0000, 0x00ff00, 0x0000ff,
@@ -151,9 +151,9 @@ void load_entries(ColourState& c, ColourTable t, int device) {
     case ColourTable::RevRain:
       e = kRain;
       break;
-    case ColourTable::Spec:
-    case ColourTable::RevSpec:
-      e = kSpec;
+    case ColourTable::Spectrum:
+    case ColourTable::RevSpectrum:
+      e = kSpectrum;
       break;
     case ColourTable::Grey:
     case ColourTable::RevGrey:
@@ -172,7 +172,7 @@ void load_entries(ColourState& c, ColourTable t, int device) {
       e = temperature();
       break;
   }
-  if (t == ColourTable::RevRain || t == ColourTable::RevSpec || t == ColourTable::RevGrey) {
+  if (t == ColourTable::RevRain || t == ColourTable::RevSpectrum || t == ColourTable::RevGrey) {
     std::reverse(e.begin(), e.end());
   }
 }
@@ -246,8 +246,8 @@ void load_colour_table(GlobalBlock& g, ColourTable t) {
   const bool small_or_grey =
       t == ColourTable::Small || t == ColourTable::Grey || t == ColourTable::RevGrey;
   const bool reversed_table =
-      t == ColourTable::RevRain || t == ColourTable::RevSpec || t == ColourTable::RevGrey;
-  const bool ramp_table = t == ColourTable::Rain || t == ColourTable::Spec ||
+      t == ColourTable::RevRain || t == ColourTable::RevSpectrum || t == ColourTable::RevGrey;
+  const bool ramp_table = t == ColourTable::Rain || t == ColourTable::Spectrum ||
                           t == ColourTable::Grey || t == ColourTable::Temp;
   auto& white = c.named[kWhite];
   auto& black = c.named[kBlack];
