@@ -4,6 +4,7 @@ namespace zorvel::jni {
 namespace {
 
 constexpr std::uint32_t kReplacement = 0xFFFD;
+constexpr std::uint32_t kByteEscape = 0xDC00;  // U+DC80..U+DCFF carry the bytes 0x80..0xFF
 
 bool is_high_surrogate(std::uint32_t u) { return u >= 0xD800 && u <= 0xDBFF; }
 bool is_low_surrogate(std::uint32_t u) { return u >= 0xDC00 && u <= 0xDFFF; }
@@ -67,6 +68,9 @@ std::size_t utf16_to_utf8(const std::uint16_t* s, std::size_t n, char* out) {
     if (is_high_surrogate(c) && i + 1 < n && is_low_surrogate(s[i + 1])) {
       c = 0x10000 + ((c - 0xD800) << 10) + (s[i + 1] - 0xDC00);
       ++i;
+    } else if (c >= kByteEscape + 0x80 && c <= kByteEscape + 0xFF) {
+      *p++ = static_cast<char>(c - kByteEscape);
+      continue;
     } else if (is_high_surrogate(c) || is_low_surrogate(c)) {
       c = kReplacement;
     }
@@ -86,7 +90,7 @@ std::size_t utf8_to_utf16(const char* s, std::size_t n, std::uint16_t* out) {
       continue;
     }
     // A sequence is taken only when it is complete and its value is in range for its
-    // length; otherwise the lead byte alone becomes U+FFFD and decoding resumes after it.
+    // length; otherwise the lead byte alone is escaped and decoding resumes after it.
     bool good = len > 0 && i + static_cast<std::size_t>(len) <= n;
     std::uint32_t c = len == 2 ? (b[i] & 0x1Fu) : len == 3 ? (b[i] & 0x0Fu) : (b[i] & 0x07u);
     for (int k = 1; good && k < len; ++k) {
@@ -99,7 +103,7 @@ std::size_t utf8_to_utf16(const char* s, std::size_t n, std::uint16_t* out) {
              (len == 4 && c >= 0x10000 && c <= 0x10FFFF) || len == 2;
     }
     if (!good) {
-      *p++ = static_cast<std::uint16_t>(kReplacement);
+      *p++ = static_cast<std::uint16_t>(kByteEscape + b[i]);
       ++i;
       continue;
     }
