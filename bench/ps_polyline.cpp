@@ -2,11 +2,14 @@
 // x_i = i/N*10, y_i = sin(3 x_i) cos(17 x_i)) written as PostScript, against a plain
 // program that only formats and writes the same integers.
 //
-// usage: ps_polyline api|plain|data OUTFILE [N]
-//   api    the whole library: metafl("PS"), zorini, strtpt/connpt for every point, zorfin
-//   plain  the lower bound: the driver-unit integers of every point formatted with
-//          std::to_chars into one buffer and written in blocks, nothing else
-//   data   only the points (the floor under both)
+// usage: ps_polyline api|plain|distinct|data OUTFILE [N]
+//   api       the whole library: metafl("PS"), zorini, strtpt/connpt per point, zorfin
+//   plain     the lower bound: the driver-unit integers of every point formatted with
+//             std::to_chars into one buffer and written in blocks, nothing else
+//   distinct  as plain, but a point whose integers repeat the previous point's is left
+//             out, as the PostScript driver leaves it out (the file then holds about
+//             the same numbers as the library's)
+//   data      only the points (the floor under all)
 // bench/run_ps.sh times the three modes as whole processes.
 
 #include <charconv>
@@ -55,8 +58,8 @@ int run_api(const char* file, long n, const std::vector<double>& x, const std::v
 
 // The same integers as the PostScript body (a landscape page is turned: the device x is
 // the plot y), each pair followed by " d", with a line break every few pairs.
-int run_plain(const char* file, long n, const std::vector<double>& x,
-              const std::vector<double>& y) {
+int run_plain(const char* file, long n, const std::vector<double>& x, const std::vector<double>& y,
+              bool distinct) {
   std::FILE* f = std::fopen(file, "wb");
   if (f == nullptr) {
     std::perror(file);
@@ -65,15 +68,23 @@ int run_plain(const char* file, long n, const std::vector<double>& x,
   constexpr std::size_t kBlock = 1 << 16;
   std::vector<char> buf(kBlock + 64);
   std::size_t len = 0;
+  int last_x = -1;
+  int last_y = -1;
+  long pairs = 0;
   for (long i = 0; i < n; ++i) {
     const auto k = static_cast<std::size_t>(i);
     const int dx = static_cast<int>(kDeviceScale * plot_y(y[k]) + 0.5);
     const int dy = static_cast<int>(kDeviceScale * plot_x(x[k]) + 0.5);
+    if (distinct && dx == last_x && dy == last_y) {
+      continue;
+    }
+    last_x = dx;
+    last_y = dy;
     char* p = buf.data() + len;
     p = std::to_chars(p, p + 16, dx).ptr;
     *p++ = ' ';
     p = std::to_chars(p, p + 16, dy).ptr;
-    std::memcpy(p, i % 6 == 5 ? " d\n" : " d ", 3);
+    std::memcpy(p, ++pairs % 6 == 0 ? " d\n" : " d ", 3);
     len = static_cast<std::size_t>(p + 3 - buf.data());
     if (len >= kBlock) {
       if (std::fwrite(buf.data(), 1, len, f) != len) {
@@ -94,7 +105,7 @@ int run_plain(const char* file, long n, const std::vector<double>& x,
 
 int main(int argc, char** argv) {
   if (argc < 3) {
-    std::fprintf(stderr, "usage: %s api|plain|data OUTFILE [N]\n", argv[0]);
+    std::fprintf(stderr, "usage: %s api|plain|distinct|data OUTFILE [N]\n", argv[0]);
     return 2;
   }
   const std::string mode = argv[1];
@@ -109,8 +120,8 @@ int main(int argc, char** argv) {
   if (mode == "api") {
     return run_api(argv[2], n, x, y);
   }
-  if (mode == "plain") {
-    return run_plain(argv[2], n, x, y);
+  if (mode == "plain" || mode == "distinct") {
+    return run_plain(argv[2], n, x, y, mode == "distinct");
   }
   if (mode == "data") {
     double sum = 0.0;  // keeps the points observable, so that they are computed

@@ -7,7 +7,7 @@
 # Usage: bench/run_ps.sh [BUILD_DIR] [N] [RUNS]
 #   BUILD_DIR  a configured build (default: build); the benchmark is built when missing
 #   N          points (default 1000000)
-#   RUNS       timed runs per mode after one warm-up run (default 11); the median counts
+#   RUNS       timed runs per mode after one warm-up run (default 11); medians count
 # ZORVEL_PEERS may name the peers' results.tsv (default: ../shared/bench/results/results.tsv
 # beside the repository).
 set -euo pipefail
@@ -21,41 +21,53 @@ if [ ! -x "$prog" ]; then
 fi
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
+TIMEFORMAT='%R %U %S'
 
-# Median wall time in seconds of RUNS runs of one mode.
-median() {
-  local mode=$1 out=$work/out.$1 times=() t0 t1
-  (cd "$work" && "$prog" "$mode" "$out" "$n" > /dev/null) || exit 1  # warm-up
+# "wall cpu": the median wall time and the median processor time (user + system) in
+# seconds of RUNS runs of one mode. Processor time is less disturbed by other load.
+measure() {
+  local mode=$1 out=$work/out.$1 log=$work/times.$1
+  (cd "$work" && "$prog" "$mode" "$out" "$n" > /dev/null) || return 1  # warm-up
+  : > "$log"
   for _ in $(seq "$runs"); do
-    t0=$(date +%s%N)
-    (cd "$work" && "$prog" "$mode" "$out" "$n" > /dev/null) || exit 1
-    t1=$(date +%s%N)
-    times+=($((t1 - t0)))
+    { time (cd "$work" && "$prog" "$mode" "$out" "$n" > /dev/null); } 2>> "$log" || return 1
   done
-  printf '%s\n' "${times[@]}" | sort -n | awk -v r="$runs" \
-    '{ t[NR] = $1 } END { printf "%.4f", t[int((r + 1) / 2)] / 1e9 }'
+  local m=$(((runs + 1) / 2))
+  printf '%s %s\n' \
+    "$(awk '{ printf "%.4f\n", $1 }' "$log" | sort -n | sed -n "${m}p")" \
+    "$(awk '{ printf "%.4f\n", $2 + $3 }' "$log" | sort -n | sed -n "${m}p")"
 }
 
 size() { [ -f "$work/out.$1" ] && stat -c %s "$work/out.$1" || echo 0; }
 
-data=$(median data) && plain=$(median plain) && api=$(median api) || {
-  echo "benchmark run failed"
-  exit 1
-}
-echo "PostScript polyline of $n points (W1), median wall time of $runs runs"
-printf '  %-6s %8s s  %s\n' data "$data" "computing the points only"
-printf '  %-6s %8s s  %s (%s bytes)\n' plain "$plain" \
-  "formatting and writing the same integers" "$(size plain)"
-printf '  %-6s %8s s  %s (%s bytes)\n' api "$api" \
+declare -A wall cpu
+for mode in data plain distinct api; do
+  read -r wall[$mode] cpu[$mode] < <(measure "$mode") || { echo "benchmark run failed"; exit 1; }
+done
+echo "PostScript polyline of $n points (W1), medians of $runs runs: wall s, cpu s"
+printf '  %-9s %8s %8s  %s\n' data "${wall[data]}" "${cpu[data]}" "computing the points only"
+printf '  %-9s %8s %8s  %s (%s bytes)\n' plain "${wall[plain]}" "${cpu[plain]}" \
+  "formatting and writing the integers of every point" "$(size plain)"
+printf '  %-9s %8s %8s  %s (%s bytes)\n' distinct "${wall[distinct]}" "${cpu[distinct]}" \
+  "the same, without repeated points" "$(size distinct)"
+printf '  %-9s %8s %8s  %s (%s bytes)\n' api "${wall[api]}" "${cpu[api]}" \
   "metafl, zorini, strtpt/connpt per point, zorfin" "$(size api)"
-awk -v a="$api" -v p="$plain" -v d="$data" 'BEGIN {
-  printf "  api / plain = %.2f (target: at most 2)\n", a / p
-  if (p > d) printf "  without the data: (api - data) / (plain - data) = %.2f\n", (a - d) / (p - d)
+awk -v aw="${wall[api]}" -v pw="${wall[plain]}" -v ac="${cpu[api]}" -v pc="${cpu[plain]}" \
+    -v dc="${cpu[distinct]}" 'BEGIN {
+  printf "  api / plain = %.2f wall, %.2f cpu (target: at most 2)\n", aw / pw, ac / pc
+  printf "  api / distinct = %.2f cpu\n", ac / dc
 }'
 
 peers=${ZORVEL_PEERS:-$root/../shared/bench/results/results.tsv}
-if [ "$n" = 1000000 ] && [ -f "$peers" ]; then
-  echo "Peers, W1 N = 1e6 PS (median wall s, from $(basename "$peers")):"
-  awk -F'\t' -v a="$api" '$2 == "W1_1e6" && $3 == "ps" {
-      printf "  %-18s %7.3f s  (ours: %.2fx)\n", $4, $6, a / $6 }' "$peers"
+case $n in
+  100000) id=W1_1e5 ;;
+  1000000) id=W1_1e6 ;;
+  10000000) id=W1_1e7 ;;
+  *) id="" ;;
+esac
+if [ -n "$id" ] && [ -f "$peers" ]; then
+  echo "Peers, $id PS (medians from $(basename "$peers")): wall s, cpu s, ours / theirs"
+  awk -F'\t' -v id="$id" -v aw="${wall[api]}" -v ac="${cpu[api]}" '$2 == id && $3 == "ps" {
+      printf "  %-18s %7.3f %7.3f   wall %.2f, cpu %.2f\n", $4, $6, $9, aw / $6, ac / $9 }' \
+    "$peers"
 fi
