@@ -6,7 +6,9 @@
  * alike (with `import static zorvel.Zorvel.*`): calls with string and number literals,
  * int and double variables, C-style arrays with initialisers (`double x[] = {1.0, 2.5};`
  * is valid in both), one-element arrays for output values (`int n[] = {0};`), for loops,
- * and printf with %d and %s. */
+ * and printf with %d and %s. A scene that says "float variant" in a comment is also run
+ * from Java with float for double and float literals (1.5f for 1.5), which must give the
+ * same output: the float[] overloads against C's doubles. */
 #include <stdio.h>
 
 #include "zorvel.h"
