@@ -156,7 +156,8 @@ void after_call(JNIEnv* env) {
 
 void remember_vm(JavaVM* vm) { state().vm.store(vm, std::memory_order_release); }
 
-// Registration ===========================================================================
+// Registration
+// ============
 
 bool register_widget_callback(JNIEnv* env, jint id, jstring name) {
   remember_vm_of(env);
@@ -239,7 +240,8 @@ void clear_callbacks() {
   }
 }
 
-// Events =================================================================================
+// Events
+// ======
 
 void dispatch_widget_event(WidgetKind kind, int id, int a, int b) {
   std::string name;
@@ -337,8 +339,8 @@ double call_user_function(double x, double y) {
     env->ExceptionClear();
     return 0.0;
   }
-  const jfloat z = env->CallStaticFloatMethod(cls, method, static_cast<jfloat>(x),
-                                              static_cast<jfloat>(y));
+  const jfloat z =
+      env->CallStaticFloatMethod(cls, method, static_cast<jfloat>(x), static_cast<jfloat>(y));
   double result = z;
   if (env->ExceptionCheck() == JNI_TRUE) {
     after_call(env);
@@ -350,7 +352,8 @@ double call_user_function(double x, double y) {
 
 }  // namespace zorvel::jni
 
-// The natives of the callback routines ===================================================
+// The natives of the callback routines
+// ====================================
 
 namespace {
 
@@ -406,9 +409,9 @@ JNIEXPORT void JNICALL Java_zorvel_Zorvel_wincbk(JNIEnv* env, jclass, jstring cf
 // surfun(String cfun, int ixpts, double xdel, int iypts, double ydel): the function of
 // the surface has the signature "(FF)F". It is resolved now; a name that cannot be found
 // returns without drawing.
-JNIEXPORT void JNICALL Java_zorvel_Zorvel_surfun(JNIEnv* env, jclass, jstring cfun,
-                                                 jint /*ixpts*/, jdouble /*xdel*/,
-                                                 jint /*iypts*/, jdouble /*ydel*/) noexcept {
+JNIEXPORT void JNICALL Java_zorvel_Zorvel_surfun(JNIEnv* env, jclass, jstring cfun, jint /*ixpts*/,
+                                                 jdouble /*xdel*/, jint /*iypts*/,
+                                                 jdouble /*ydel*/) noexcept {
   if (cfun == nullptr) {
     zorvel::warn_in("surfun", 2, {}, "cfun");
     return;

@@ -29,7 +29,8 @@ enum class WidgetKind {
 // Remembers the virtual machine for callbacks on other threads (JNI_OnLoad).
 void remember_vm(JavaVM* vm);
 
-// Registration =========================================================================
+// Registration
+// ============
 
 // Appends (id, name) while fewer than kMaxWidgetCallbacks entries exist; false when the
 // registry is full or the name cannot be read (null, or no memory).
@@ -40,7 +41,8 @@ bool register_window_callback(JNIEnv* env, jstring name);
 // user function. False, with the earlier function kept, when either cannot be found.
 bool register_user_function(JNIEnv* env, jstring name);
 
-// Events (any thread) ==================================================================
+// Events (any thread)
+// ===================
 
 // Calls the method registered for widget `id` (the first entry with that id, else the
 // first entry) with the signature of `kind`: (id), (id, a, b) or (id, a).

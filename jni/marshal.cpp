@@ -27,9 +27,7 @@ struct ArrayOps<jintArray> {
     env->ReleaseIntArrayElements(a, p, mode);
   }
   static void read(JNIEnv* env, jintArray a, jint* v) { env->GetIntArrayRegion(a, 0, 1, v); }
-  static void write(JNIEnv* env, jintArray a, const jint* v) {
-    env->SetIntArrayRegion(a, 0, 1, v);
-  }
+  static void write(JNIEnv* env, jintArray a, const jint* v) { env->SetIntArrayRegion(a, 0, 1, v); }
 };
 
 template <>
@@ -76,7 +74,8 @@ void warn_no_memory(JNIEnv* env) {
   warn_in(kBinding, 302, "Not enough memory");
 }
 
-// Pinned int[] and double[] ============================================================
+// Pinned int[] and double[]
+// =========================
 
 template <typename JArray, typename T>
 PinnedArray<JArray, T>::PinnedArray(JNIEnv* env, JArray a, jint count, Dir /*dir*/) noexcept
@@ -118,7 +117,8 @@ void PinnedArray<JArray, T>::commit() {
 template class PinnedArray<jintArray, jint>;
 template class PinnedArray<jdoubleArray, jdouble>;
 
-// float[] through a double temporary ==================================================
+// float[] through a double temporary
+// ==================================
 
 FloatArray::FloatArray(JNIEnv* env, jfloatArray a, jint count, Dir /*dir*/) noexcept
     : env_(env), a_(a) {
@@ -165,7 +165,8 @@ void FloatArray::commit() {
   env_->ReleasePrimitiveArrayCritical(a_, f, 0);
 }
 
-// One-element arrays for output scalars ===============================================
+// One-element arrays for output scalars
+// =====================================
 
 template <typename JArray, typename J, typename C>
 Cell<JArray, J, C>::Cell(JNIEnv* env, JArray a) noexcept : env_(env), a_(a) {
@@ -194,7 +195,8 @@ template class Cell<jintArray, jint, int>;
 template class Cell<jdoubleArray, jdouble, double>;
 template class Cell<jfloatArray, jfloat, double>;
 
-// Strings ==============================================================================
+// Strings
+// =======
 
 StringIn::StringIn(JNIEnv* env, jstring s, const char* routine, const char* argument) noexcept {
   if (s == nullptr) {
@@ -287,7 +289,8 @@ jstring new_string(JNIEnv* env, const char* text) noexcept {
   return s;
 }
 
-// Files ================================================================================
+// Files
+// =====
 
 FileArg::FileArg(jint code, const char* routine) noexcept {
   switch (code) {

@@ -148,7 +148,8 @@ def methods_of(r):
     return [Method(r, False, False)]
 
 
-# C++ wrappers ==========================================================================
+# C++ wrappers
+# ============
 
 def converter(a, floats, routine):
     """(declaration, needs_commit) of the converter of one argument, or None when the
@@ -231,7 +232,8 @@ def gen_wrappers(methods, qualified_class, header):
     return "".join(out)
 
 
-# Java class ============================================================================
+# Java class
+# ==========
 
 def html(text):
     """Text for a Javadoc comment: HTML characters escaped, no comment end."""
@@ -277,7 +279,7 @@ def gen_methods(methods):
     for m in methods:
         if m.r.group != group:
             group = m.r.group
-            out.append(f"  // {group} {'=' * max(3, 86 - len(group))}\n\n")
+            out.append(f"  // {group}\n  // {'=' * len(group)}\n\n")
         params = ", ".join(f"{t.java} {java_name(a.name)}" for a, t in zip(m.r.args, m.types))
         out.append(javadoc(m))
         out.append(f"  public static native {RETURNS[m.r.ret][0]} {m.r.name}({params});\n\n")

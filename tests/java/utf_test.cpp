@@ -29,7 +29,7 @@ std::u16string to_utf16(const std::string& s) {
 TEST(JavaUtf, EncodesRealUtf8) {
   // Each length class of UTF-8: 1, 2, 3 bytes and the 4-byte form of a surrogate pair.
   EXPECT_EQ(to_utf8(u"plot.ps"), "plot.ps");
-  EXPECT_EQ(to_utf8(u"gr\u00fc\u00dfe"), "gr\xc3\xbc\xc3\x9f" "e");
+  EXPECT_EQ(to_utf8(u"gr\u00fc\u00dfe"), "gr\xc3\xbc\xc3\x9f\x65");
   EXPECT_EQ(to_utf8(u"\u20ac"), "\xe2\x82\xac");
   EXPECT_EQ(to_utf8(u"\U0001F600"), "\xf0\x9f\x98\x80");
   // The worst case for the capacity: three bytes for every unit.
@@ -68,7 +68,7 @@ TEST(JavaUtf, ByteEscapes) {
 // Catches: library text decoded byte by byte (mojibake in Java strings), invalid input
 // read past its end, and overlong or surrogate forms accepted as characters.
 TEST(JavaUtf, DecodesUtf8WithEscapes) {
-  EXPECT_EQ(to_utf16("gr\xc3\xbc\xc3\x9f" "e"), u"gr\u00fc\u00dfe");
+  EXPECT_EQ(to_utf16("gr\xc3\xbc\xc3\x9f\x65"), u"gr\u00fc\u00dfe");
   EXPECT_EQ(to_utf16("\xe2\x82\xac"), u"\u20ac");
   EXPECT_EQ(to_utf16("\xf0\x9f\x98\x80"), u"\U0001F600");
   // Decoding stops at the terminator.
@@ -82,11 +82,11 @@ TEST(JavaUtf, DecodesUtf8WithEscapes) {
     }
     return s;
   };
-  EXPECT_EQ(to_utf16("\xc0\xaf"), esc({0xC0, 0xAF}));                // overlong '/'
-  EXPECT_EQ(to_utf16("\xe0\x80\xaf"), esc({0xE0, 0x80, 0xAF}));      // overlong, 3 bytes
-  EXPECT_EQ(to_utf16("\xed\xa0\xbd"), esc({0xED, 0xA0, 0xBD}));      // a surrogate in UTF-8
+  EXPECT_EQ(to_utf16("\xc0\xaf"), esc({0xC0, 0xAF}));                      // overlong '/'
+  EXPECT_EQ(to_utf16("\xe0\x80\xaf"), esc({0xE0, 0x80, 0xAF}));            // overlong, 3 bytes
+  EXPECT_EQ(to_utf16("\xed\xa0\xbd"), esc({0xED, 0xA0, 0xBD}));            // a surrogate in UTF-8
   EXPECT_EQ(to_utf16("\xf4\x90\x80\x80"), esc({0xF4, 0x90, 0x80, 0x80}));  // > U+10FFFF
-  EXPECT_EQ(to_utf16("\xff" "a"), esc({0xFF}) + u"a");
+  EXPECT_EQ(to_utf16("\xff\x61"), esc({0xFF}) + u"a");
   // A sequence cut by the end of the text: each byte alone is escaped, nothing after
   // the end is read.
   EXPECT_EQ(to_utf16("a\xe2\x82"), u"a" + esc({0xE2, 0x82}));

@@ -51,8 +51,6 @@ JNIEXPORT jdouble JNICALL Java_ztest_Trigger_surface(JNIEnv*, jclass, jint n, jd
   return sum;
 }
 
-JNIEXPORT void JNICALL Java_ztest_Trigger_clear(JNIEnv*, jclass) {
-  zorvel::jni::clear_callbacks();
-}
+JNIEXPORT void JNICALL Java_ztest_Trigger_clear(JNIEnv*, jclass) { zorvel::jni::clear_callbacks(); }
 
 }  // extern "C"
