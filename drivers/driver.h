@@ -69,6 +69,7 @@ struct DriverSetup {
 // What a driver does itself; the pipeline supplies the rest.
 enum DriverCaps : unsigned {
   kCapFill = 1U,  // fill() draws filled polygons; without it the pipeline hatches them
+  kCapText = 2U,  // text() writes driver fonts; without it hwfont draws stroke glyphs
 };
 
 // Line width of linwid as the pipeline hands it to drivers that draw widths natively
@@ -90,6 +91,7 @@ struct TextRun {
   double y = 0.0;
   double angle = 0.0;       // base line, degrees from the device x axis towards its y axis
   double size = 0.0;        // font size (em) in device units
+  double stretch = 1.0;     // horizontal stretch of the characters (chawth), 0 < s < 2
 };
 
 class Driver {

@@ -192,7 +192,7 @@ class PsDriver final : public Driver {
   bool failed() const override { return out_ && out_->failed(); }
   long long overflows() const override { return out_ ? out_->overflows() : 0; }
   // Polygons are filled natively: rectangles through the prolog's `e`, others as paths.
-  unsigned caps() const override { return kCapFill; }
+  unsigned caps() const override { return kCapFill | kCapText; }
 
  private:
   void write_header(const DriverSetup& setup);
@@ -235,6 +235,7 @@ class PsDriver final : public Driver {
   // the faces re-encoded for the accented letters on this page.
   std::string font_face_;
   double font_size_ = 0.0;
+  double font_stretch_ = 1.0;
   std::string encoded_;
 };
 
@@ -549,9 +550,10 @@ void PsDriver::fill(std::span<const double> xs, std::span<const double> ys, Rgb 
 // Text
 // ====
 
-// One character in a driver font, centred on its base line by the prolog's `c`. The
-// text fonts are re-encoded once per page with GermanVec and the copyright sign at 187,
-// under the name "<face>-Zv"; Symbol keeps its own encoding.
+// One character in a driver font, centred on its base line by the prolog's `c`; `font`
+// sets the face, `font2` a face stretched by chawth. The text fonts are re-encoded once
+// per page with GermanVec and the copyright sign at 187, under the name "<face>-Zv";
+// Symbol keeps its own encoding.
 void PsDriver::text(const TextRun& run) {
   if (run.text.empty() || run.face.empty() || run.face.size() > 64) {
     return;
@@ -559,7 +561,9 @@ void PsDriver::text(const TextRun& run) {
   end_polyline();
   TextWriter& out = *out_;
   const double size = std::clamp(run.size * kPointsPerUnit, 0.01, 1e5);
-  if (run.face != font_face_ || std::fabs(size - font_size_) > 0.005) {
+  const double stretch = run.stretch > 0.0 && run.stretch < 2.0 ? run.stretch : 1.0;
+  if (run.face != font_face_ || std::fabs(size - font_size_) > 0.005 ||
+      stretch != font_stretch_) {
     const bool symbol = run.face == "Symbol";
     std::string name("/");
     name += run.face;
@@ -578,9 +582,16 @@ void PsDriver::text(const TextRun& run) {
     }
     out.word(name + ' ');
     out.fixed_word(size, 2);
-    out.word("font ");
+    if (stretch == 1.0) {
+      out.word("font ");
+    } else {
+      // font2 scales the face by its height h1 and its width h2.
+      out.fixed_word(size * stretch, 2);
+      out.word("font2 ");
+    }
     font_face_ = run.face;
     font_size_ = size;
+    font_stretch_ = stretch;
   }
   double angle = std::fmod(run.angle, 360.0);
   if (!(angle == angle)) {

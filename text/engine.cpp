@@ -274,6 +274,7 @@ void put_driver_char(GlobalBlock& g, DriverFace face, int k, int code) {
     run.y = dy;
     run.angle = std::atan2(ey - dy, ex - dx) * (180.0 / 3.14159265358979323846);
     run.size = kDriverEmPerHeight * t.height * scale;
+    run.stretch = t.work.width_factor;
     end_polyline(g);
     p.driver->text(run);
   }

@@ -26,9 +26,12 @@ void draw_at(GlobalBlock& g, std::string_view s, int nx, int ny) {
   }
 }
 
-// Devices with fonts of their own that hwfont selects: PostScript, PDF and SVG.
-bool has_driver_font(int device) {
-  return (device >= 501 && device <= 504) || device == 511 || device == 801;
+// Devices with fonts of their own that hwfont selects: PostScript, PDF and SVG, when
+// their driver writes text (kCapText).
+bool has_driver_font(const GlobalBlock& g) {
+  const int d = g.core.device;
+  const bool device = (d >= 501 && d <= 504) || d == 511 || d == 801;
+  return device && g.pipe.driver && (g.pipe.driver->caps() & kCapText) != 0;
 }
 
 }  // namespace
@@ -124,7 +127,7 @@ void hwfont(GlobalBlock& g) {
   // (math, script, Russian) are drawn with complx strokes, and on devices without fonts
   // of their own hwfont is complx.
   load_font(g.text.font, kFontComplx);
-  if (has_driver_font(g.core.device)) {
+  if (has_driver_font(g)) {
     g.text.font.mode = FontMode::Driver;
   }
 }

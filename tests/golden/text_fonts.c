@@ -27,6 +27,9 @@ int main(void) {
   chacod("ISO1");
   messag("Times-Roman: \xC4rger \xFC" "ber Stra\xDF" "e \xA9", 80, 1420);
   chacod("STAN");
+  chawth(1.5);
+  messag("Times-Roman stretched", 80, 1520);
+  chawth(1.0);
   complx();
   height(36);
   angle(30);

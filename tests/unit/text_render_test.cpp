@@ -39,7 +39,8 @@ class TextRecorder final : public Driver {
       points.push_back({x, y, pen == Pen::Move});
     }
   }
-  unsigned caps() const override { return kCapFill; }
+  unsigned caps() const override { return caps_; }
+  unsigned caps_ = kCapFill | kCapText;
   void fill(std::span<const double> xs, std::span<const double> ys, Rgb /*rgb*/) override {
     fills.emplace_back(xs.begin(), xs.end());
     fills.emplace_back(ys.begin(), ys.end());
@@ -353,6 +354,7 @@ TEST(TextDriverFont, RunsAndWidths) {
   EXPECT_EQ(p.rec->run_text[2], "\x82");  // a-umlaut in the GermanVec order
   EXPECT_EQ(p.rec->run_face[0], "Times-Roman");
   EXPECT_GT(p.rec->runs[0].size, 0.0);
+  EXPECT_EQ(p.rec->runs[0].stretch, 1.0);
   api::chacod(g, "STAN");
   api::basalf(g, "GREE");
   api::messag(g, "a", 500, 700);
@@ -367,11 +369,16 @@ TEST(TextDriverFont, RunsAndWidths) {
   EXPECT_EQ(p.rec->run_face.size(), 5U);
   end_polyline(g);
   EXPECT_FALSE(p.rec->points.empty());
-  // On a device without fonts of its own hwfont is complx.
+  // On a device without fonts of its own, or whose driver cannot write them, hwfont is
+  // complx.
   TextPlot m;
   api::hwfont(m.g);
   EXPECT_EQ(m.g.text.font.mode, FontMode::Stroke);
   EXPECT_EQ(m.g.text.font.type, kFontComplx);
+  TextPlot mute(504, false);
+  mute.rec->caps_ = kCapFill;
+  api::hwfont(mute.g);
+  EXPECT_EQ(mute.g.text.font.mode, FontMode::Stroke);
 }
 
 }  // namespace
