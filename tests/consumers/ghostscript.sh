@@ -18,7 +18,7 @@ examples=""
 dirs=()
 while [ $# -gt 0 ]; do
   case $1 in
-    --examples) examples=$2; shift 2 ;;
+    --examples) examples=$(cd "$2" && pwd); shift 2 ;;
     *) dirs+=("$1"); shift ;;
   esac
 done
@@ -41,14 +41,14 @@ if [ -n "$examples" ]; then
       status=1
     fi
   done
-  dirs+=("$work/examples")
+  dirs+=("$(cd "$work/examples" && pwd)")
 fi
 
 files=()
 while IFS= read -r f; do
   files+=("$f")
 done < <(find "${dirs[@]}" -type f \( -name '*.ps' -o -name '*.psc' -o -name '*.eps' \) \
-           2> /dev/null | sort)
+           2> /dev/null | sort -u)
 if [ ${#files[@]} -eq 0 ]; then
   echo "FAIL: no PostScript files found in ${dirs[*]}"
   exit 1
