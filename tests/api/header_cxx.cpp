@@ -1,5 +1,5 @@
 // Catches a header that C++ cannot use: missing extern "C" (link errors), or exception
-// specifications that differ from the library's.
+// declarations that differ from the library's.
 #include "zorvel.h"
 
 int main() {

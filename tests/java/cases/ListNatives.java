@@ -6,7 +6,7 @@ import java.util.TreeMap;
 
 /**
  * Prints "method export-name" for every native method of a class, with the JNI names
- * computed here from the class itself by the rules of the JNI specification: an
+ * computed here from the class itself by the JNI naming rules: an
  * independent check of the names that the generator gives the natives.
  */
 public final class ListNatives {
