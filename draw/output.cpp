@@ -35,8 +35,12 @@ namespace {
 //             sclmod "FULL"             k = r: the page fills the device page
 //             sclmod "NONE"             k = 1: true size
 // device page   the hwpage size when set; otherwise
-//             PostScript               an A4 sheet, portrait 2100 x 2970 (landscape pages
-//                                      lie turned on it, so "DA4L" fills it: s = 2.0);
+//             PostScript               the printable area of an A4 sheet, portrait
+//                                      1950 x 2800 (19.5 x 28 cm), which the default
+//                                      offset of 0.75 cm and 1 cm centres on the sheet;
+//                                      landscape pages lie turned on it, so "DA4L" fills
+//                                      it at s = 1.857 with margins of about 0.75 cm on
+//                                      every side and nothing past the paper's edge;
 //                                      EPS has none: a figure keeps its true size
 //             HPA4, HPA3, HPA2, HPA1   the A4 ... A1 sheet, landscape
 //             screens, applet, raster  the window of zorini (853 x 603 pixels for a
@@ -74,8 +78,8 @@ Fitting fitting(const GlobalBlock& g, Dispatch d, int device) {
       f.natural = 2.0;
       f.factor_in_scale = false;
       if (device != 503) {
-        f.sheet_w = 2100.0;  // an EPS figure is placed by its user, not on a sheet
-        f.sheet_h = 2970.0;
+        f.sheet_w = 1950.0;  // an EPS figure is placed by its user, not on a sheet
+        f.sheet_h = 2800.0;
       }
       break;
     case Dispatch::Ipe:

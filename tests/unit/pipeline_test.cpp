@@ -425,12 +425,12 @@ TEST(Widen, DevicesWithoutNativeWidthsGetParallelStrokes) {
   ASSERT_FALSE(ps.rec->widths.empty());
   EXPECT_EQ(ps.rec->widths.back().n, 20);
   EXPECT_TRUE(ps.rec->widths.back().hardware);
-  api::hwmode(ps.g, "OFF", "LINE");  // now the pipeline widens: 20 / 2.5 = 8 strokes
+  api::hwmode(ps.g, "OFF", "LINE");  // now the pipeline widens: 7 strokes at s = 1.857
   EXPECT_FALSE(ps.rec->widths.back().hardware);
   ps.rec->points.clear();
   move_to(ps.g, 100, 100);
   draw_to(ps.g, 200, 100);
-  EXPECT_EQ(ps.polylines().size(), 8U);
+  EXPECT_EQ(ps.polylines().size(), 7U);
 }
 
 TEST(Fill, PointFillsARectangleAndRestoresTheColour) {
@@ -598,18 +598,20 @@ TEST(PageFitting, DeviceScales) {
   g.core.window_width = 853;
   g.core.window_height = 603;
   auto scale = [&](int device) { return device_scale(g, *find_device(device)); };
-  EXPECT_DOUBLE_EQ(scale(504), 2.0);  // A4 landscape fills the A4 sheet
+  // A4 landscape fills the printable area (19.5 x 28 cm) of the A4 sheet
+  EXPECT_DOUBLE_EQ(scale(504), 2.0 * 1950.0 / 2100.0);
   EXPECT_DOUBLE_EQ(scale(201), 0.01);
   EXPECT_DOUBLE_EQ(scale(401), 4.0);
   EXPECT_DOUBLE_EQ(scale(402), 4.0);  // HPA4: A4 sheet, landscape
   EXPECT_NEAR(scale(701) * 2100, 603.0, 1e-9);  // the page fits the window
   EXPECT_LE(scale(701) * 2970, 853.0);
   g.page.scale_factor = 0.5;
-  EXPECT_DOUBLE_EQ(scale(504), 2.0);  // written into the file's scale command instead
+  // written into the file's scale command instead
+  EXPECT_DOUBLE_EQ(scale(504), 2.0 * 1950.0 / 2100.0);
   EXPECT_DOUBLE_EQ(scale(201), 0.005);
   g.page.scale_factor = 1.0;
   api::setpag(g, "DA3L");
-  EXPECT_NEAR(scale(504), 2.0 * 2100.0 / 2970.0, 1e-12);  // shrunk onto A4
+  EXPECT_NEAR(scale(504), 2.0 * 1950.0 / 2970.0, 1e-12);  // shrunk onto A4
   EXPECT_DOUBLE_EQ(scale(403), 4.0);                       // HPA3 holds it
   g.page.scale_mode = 2;                                   // NONE: true size
   EXPECT_DOUBLE_EQ(scale(504), 2.0);
@@ -617,9 +619,9 @@ TEST(PageFitting, DeviceScales) {
   EXPECT_DOUBLE_EQ(scale(504), 2.0);  // portrait A4 is not turned
   g.page.scale_mode = 1;              // FULL: a small page grows
   api::page(g, 1050, 1485);
-  EXPECT_DOUBLE_EQ(scale(504), 4.0);
+  EXPECT_DOUBLE_EQ(scale(504), 2.0 * 1950.0 / 1050.0);
   g.page.hw_scale = 1.5;
-  EXPECT_DOUBLE_EQ(scale(504), 6.0);
+  EXPECT_DOUBLE_EQ(scale(504), 1.5 * 2.0 * 1950.0 / 1050.0);
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
 %!PS-Adobe-2.0
-%%BoundingBox: 21 28 617 870
+%%BoundingBox: 21 28 574 810
 %%Creator: ZORVEL  10.6 L
 %%CreationDate: 14.11.2023 , 22:13:20
 %%Pages: (atend)
@@ -92,14 +92,14 @@
 %%Page: 1 1
 initgraphics
   150 cm   200 cm translate   1.000000  1.000000 scale
-0 0 4198 5938 0 0 0 e 
+0 0 3898 5514 0 0 0 e 
 2 setlinecap 2 setlinejoin
-255 255 255 f 600 600 u 3600 5200 d p 255 255 0 f 3600 600 u 600 5200 d p 
+255 255 255 f 557 557 u 3343 4829 d p 255 255 0 f 3343 557 u 557 4829 d p 
 copypage 
 %%Page: 1 2
-0 0 4198 5938 0 0 0 e 
+0 0 3898 5514 0 0 0 e 
 2 setlinecap 2 setlinejoin 5 cm setlinewidth
-255 255 0 f 10.00 cm setlinewidth 2100 600 u 2100 5200 d p gsave showpage 
+255 255 0 f 10.00 cm setlinewidth 1950 557 u 1950 4829 d p gsave showpage 
 grestore 
 %%Trailer 
 %%Pages: 2
