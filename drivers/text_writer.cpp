@@ -1,31 +1,37 @@
 #include "drivers/text_writer.h"
 
+#include <cstring>
+
 #include "core/format.h"
 
 namespace zorvel {
 
-TextWriter::TextWriter(std::FILE* file, int width) : file_(file), width_(width) {
-  buf_.reserve(kBlock + 256);
-}
+TextWriter::TextWriter(std::FILE* file, int width)
+    : file_(file), width_(width), buf_(new char[kBlock]) {}
 
 void TextWriter::append(std::string_view s) {
-  buf_.insert(buf_.end(), s.begin(), s.end());
-  if (buf_.size() >= kBlock) {
-    drain();
+  while (!s.empty()) {
+    if (len_ == kBlock) {
+      drain();
+    }
+    const std::size_t n = s.size() < kBlock - len_ ? s.size() : kBlock - len_;
+    std::memcpy(buf_.get() + len_, s.data(), n);
+    len_ += n;
+    s.remove_prefix(n);
   }
 }
 
 void TextWriter::drain() {
-  if (buf_.empty()) {
+  if (len_ == 0) {
     return;
   }
   if (!failed_ && file_ != nullptr) {
-    if (std::fwrite(buf_.data(), 1, buf_.size(), file_) != buf_.size()) {
+    if (std::fwrite(buf_.get(), 1, len_, file_) != len_) {
       failed_ = true;
     }
   }
-  total_ += buf_.size();
-  buf_.clear();
+  total_ += len_;
+  len_ = 0;
 }
 
 void TextWriter::word(std::string_view w) {
@@ -34,7 +40,7 @@ void TextWriter::word(std::string_view w) {
     return;
   }
   if (width_ > 0 && line_len_ > 0 && line_len_ + static_cast<int>(w.size()) > width_) {
-    buf_.push_back('\n');
+    put('\n');
     line_len_ = 0;
   }
   append(w);
@@ -58,16 +64,13 @@ void TextWriter::words(std::string_view text) {
 void TextWriter::line(std::string_view text) {
   end_line();
   append(text);
-  buf_.push_back('\n');
+  put('\n');
   line_len_ = 0;
 }
 
 void TextWriter::newline() {
-  buf_.push_back('\n');
+  put('\n');
   line_len_ = 0;
-  if (buf_.size() >= kBlock) {
-    drain();
-  }
 }
 
 void TextWriter::end_line() {

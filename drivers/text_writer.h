@@ -7,8 +7,8 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <memory>
 #include <string_view>
-#include <vector>
 
 namespace zorvel {
 
@@ -48,11 +48,17 @@ class TextWriter {
 
   bool failed() const { return failed_; }
   long long overflows() const { return overflows_; }
-  std::uint64_t bytes_written() const { return total_ + buf_.size(); }
+  std::uint64_t bytes_written() const { return total_ + len_; }
   int line_length() const { return line_len_; }
 
  private:
   void append(std::string_view s);
+  void put(char c) {
+    if (len_ == kBlock) {
+      drain();
+    }
+    buf_[len_++] = c;
+  }
   void drain();
 
   std::FILE* file_;
@@ -61,7 +67,8 @@ class TextWriter {
   bool failed_ = false;
   long long overflows_ = 0;  // words dropped for being longer than a line
   std::uint64_t total_ = 0;
-  std::vector<char> buf_;
+  std::unique_ptr<char[]> buf_;  // kBlock bytes, written out when full
+  std::size_t len_ = 0;
 };
 
 }  // namespace zorvel
