@@ -11,7 +11,7 @@
 # beside the repository).
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
-build=${1:-$root/build}
+build=$(cd "${1:-$root/build}" && pwd)
 runs=${2:-11}
 modes=${3:-zoralf complx helve hwfont number}
 prog=$build/bench/bench_text_labels
