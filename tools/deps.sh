@@ -4,7 +4,7 @@
 # Usage: tools/deps.sh [package ...]   (default: the whole list below)
 set -eu
 packages=(
-  cmake g++ clang make pkg-config python3
+  cmake g++ clang libclang-rt-dev make pkg-config python3
   libgtest-dev libgmock-dev
   ghostscript           # renders every PostScript/EPS file in the tests
   default-jdk-headless  # the Java binding
