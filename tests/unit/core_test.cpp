@@ -12,6 +12,7 @@
 #include "api_decl.h"
 #include "core/format.h"
 #include "core/global_block.h"
+#include "tests/unit/captured.h"
 #include "core/keywords.h"
 #include "core/messages.h"
 #include "core/summary.h"
@@ -19,31 +20,6 @@
 namespace zorvel {
 namespace {
 
-// A block whose messages go into a string.
-class Captured {
- public:
-  Captured() {
-    file_ = open_memstream(&buf_, &len_);
-    g.msg.output = 1;
-    g.msg.handle = file_;
-    g.msg.routine = "test";
-  }
-  ~Captured() {
-    g.msg.handle = nullptr;
-    std::fclose(file_);
-    std::free(buf_);
-  }
-  std::string text() {
-    std::fflush(file_);
-    return std::string(buf_, len_);
-  }
-  GlobalBlock g;
-
- private:
-  std::FILE* file_;
-  char* buf_ = nullptr;
-  std::size_t len_ = 0;
-};
 
 std::string fixed(double v, int decimals) {
   char buf[kNumberBuffer];

@@ -9,35 +9,12 @@
 #include <vector>
 
 #include "core/global_block.h"
+#include "tests/unit/captured.h"
 #include "text/decode.h"
 
 namespace zorvel {
 namespace {
 
-class Captured {
- public:
-  Captured() {
-    file_ = open_memstream(&buf_, &len_);
-    g.msg.output = 1;
-    g.msg.handle = file_;
-    g.msg.routine = "messag";
-  }
-  ~Captured() {
-    g.msg.handle = nullptr;
-    std::fclose(file_);
-    std::free(buf_);
-  }
-  std::string text() {
-    std::fflush(file_);
-    return std::string(buf_, len_);
-  }
-  GlobalBlock g;
-
- private:
-  std::FILE* file_;
-  char* buf_ = nullptr;
-  std::size_t len_ = 0;
-};
 
 std::vector<int> codes_of(Captured& c, std::string_view s, int charset) {
   CodeString out;
@@ -48,7 +25,7 @@ std::vector<int> codes_of(Captured& c, std::string_view s, int charset) {
 TEST(Decode, Utf8SequencesAndBlanks) {
   // Catches wrong bit arithmetic for two-, three- and four-byte sequences, bytes taken as
   // UTF-8 under other character sets, and trailing blanks that are kept.
-  Captured c;
+  Captured c("messag");
   EXPECT_EQ(codes_of(c, "A\xC3\xA4", kCharsetUtf8), (std::vector<int>{65, 228}));
   EXPECT_EQ(codes_of(c, "\xD0\x96", kCharsetUtf8), (std::vector<int>{1046}));
   EXPECT_EQ(codes_of(c, "\xE2\x82\xAC", kCharsetUtf8), (std::vector<int>{8364}));
@@ -68,13 +45,13 @@ TEST(Decode, Utf8ErrorsAndLimits) {
   const char* bad[] = {"\x80", "a\xBF", "\xF8\x80\x80\x80\x80", "\xFF", "\xC3", "\xE2\x82",
                        "\xC3(", "\xE2\x28\xA1"};
   for (const char* s : bad) {
-    Captured c;
+    Captured c("messag");
     CodeString out;
     EXPECT_FALSE(decode_string(c.g, s, kCharsetUtf8, out)) << s;
     EXPECT_EQ(c.text(), " <<<< Warning 174: Syntax error in UTF string in messag!\n") << s;
     EXPECT_EQ(c.g.msg.warnings, 1);
   }
-  Captured c;
+  Captured c("messag");
   CodeString out;
   EXPECT_TRUE(decode_string(c.g, std::string(256, 'x'), kCharsetStan, out));
   EXPECT_EQ(out.n, 256);
@@ -95,7 +72,7 @@ TEST(Decode, Utf8ErrorsAndLimits) {
 TEST(Decode, ReverseConversion) {
   // Catches wrong UTF-8 bytes for each sequence length, a missing terminator, writing
   // past a small buffer, and codes of 0x200000 and up that are not refused.
-  Captured c;
+  Captured c("messag");
   const std::int32_t codes[] = {65, 228, 1046, 8364, 0x1F600};
   char buf[32];
   const int n = encode_utf8(c.g, codes, 5, buf, sizeof buf);

@@ -12,6 +12,7 @@
 
 #include "api_decl.h"
 #include "core/global_block.h"
+#include "tests/unit/captured.h"
 #include "text/decode.h"
 #include "text/font.h"
 #include "text/mapping.h"
@@ -20,30 +21,6 @@
 namespace zorvel {
 namespace {
 
-class Captured {
- public:
-  Captured() {
-    file_ = open_memstream(&buf_, &len_);
-    g.msg.output = 1;
-    g.msg.handle = file_;
-    g.msg.routine = "messag";
-  }
-  ~Captured() {
-    g.msg.handle = nullptr;
-    std::fclose(file_);
-    std::free(buf_);
-  }
-  std::string text() {
-    std::fflush(file_);
-    return std::string(buf_, len_);
-  }
-  GlobalBlock g;
-
- private:
-  std::FILE* file_;
-  char* buf_ = nullptr;
-  std::size_t len_ = 0;
-};
 
 TEST(Mapping, CharacterSets) {
   // Catches control codes that are not blanks, the three single ISO 8859-1 codes below
@@ -168,7 +145,7 @@ TEST(GlyphIndex, WalkCachesAndBrokenRecords) {
 TEST(TextRoutines, ParameterRanges) {
   // Catches inclusive/exclusive mistakes at the limits of chaang, chawth, fixspc and
   // height, and a refused value that still changes the setting.
-  Captured c;
+  Captured c("messag");
   api::chaang(c.g, 60.0);
   EXPECT_NEAR(c.g.text.slant, 1.7320508, 1e-6);
   api::chaang(c.g, -60.0);
@@ -198,7 +175,7 @@ TEST(TextRoutines, ParameterRanges) {
 TEST(TextRoutines, Keywords) {
   // Catches a justification keyword that sets the wrong axis (horizontal vs vertical) and
   // keyword indices off by one.
-  Captured c;
+  Captured c("messag");
   api::txtjus(c.g, "CENT");
   api::txtjus(c.g, "bott");
   EXPECT_EQ(c.g.text.hjust, 1);
