@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "core/global_block.h"
+#include "tests/unit/captured.h"
 #include "draw/colour.h"
 #include "draw/pipeline.h"
 #include "drivers/registry.h"
@@ -63,13 +64,9 @@ class Recorder final : public Driver {
 
 // A plot open on a recording driver, with messages captured in memory. With `raw` the
 // dispatch hands plot units over unchanged, so that geometry can be checked directly.
-class Plot {
+class Plot : public Captured {
  public:
   explicit Plot(int device = 201, bool raw = true, unsigned caps = kCapFill) {
-    file_ = open_memstream(&buf_, &len_);
-    g.msg.output = 1;
-    g.msg.handle = file_;
-    g.msg.routine = "test";
     g.core.device = device;
     g.core.level = 1;
     auto r = std::make_unique<Recorder>(caps);
@@ -86,14 +83,8 @@ class Plot {
   }
   ~Plot() {
     g.pipe.driver.reset();
-    g.msg.handle = nullptr;
-    std::fclose(file_);
-    std::free(buf_);
   }
-  std::string messages() {
-    std::fflush(file_);
-    return std::string(buf_, len_);
-  }
+  std::string messages() { return text(); }
   // The points sent so far, split into polylines at every Move.
   std::vector<std::vector<Sent>> polylines() {
     end_polyline(g);
@@ -112,13 +103,7 @@ class Plot {
     return out;
   }
 
-  GlobalBlock g;
   Recorder* rec = nullptr;
-
- private:
-  std::FILE* file_;
-  char* buf_ = nullptr;
-  std::size_t len_ = 0;
 };
 
 

@@ -15,6 +15,7 @@
 
 #include "api_decl.h"
 #include "core/global_block.h"
+#include "tests/unit/captured.h"
 #include "draw/colour.h"
 #include "draw/pipeline.h"
 #include "drivers/registry.h"
@@ -62,13 +63,9 @@ class TextRecorder final : public Driver {
 
 // A plot on the recording driver with the text defaults of zorini; clipping off so that
 // text near the edges arrives whole.
-class TextPlot {
+class TextPlot : public Captured {
  public:
   explicit TextPlot(int device = 201, bool raw = true) {
-    file_ = open_memstream(&buf_, &len_);
-    g.msg.output = 1;
-    g.msg.handle = file_;
-    g.msg.routine = "test";
     g.core.device = device;
     g.core.level = 1;
     auto r = std::make_unique<TextRecorder>();
@@ -84,14 +81,8 @@ class TextPlot {
   }
   ~TextPlot() {
     g.pipe.driver.reset();
-    g.msg.handle = nullptr;
-    std::fclose(file_);
-    std::free(buf_);
   }
-  std::string messages() {
-    std::fflush(file_);
-    return std::string(buf_, len_);
-  }
+  std::string messages() { return text(); }
   // Draws s at (x, y) and returns the points it sent.
   std::vector<Point> draw(const char* s, int x = 500, int y = 500) {
     rec->points.clear();
@@ -100,13 +91,7 @@ class TextPlot {
     return rec->points;
   }
 
-  GlobalBlock g;
   TextRecorder* rec = nullptr;
-
- private:
-  std::FILE* file_;
-  char* buf_ = nullptr;
-  std::size_t len_ = 0;
 };
 
 void expect_same(const std::vector<Point>& a, const std::vector<Point>& b, double dx = 0.0,
