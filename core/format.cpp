@@ -1,5 +1,6 @@
 #include "core/format.h"
 
+#include <cfloat>
 #include <charconv>
 #include <cmath>
 #include <cstring>
@@ -64,6 +65,82 @@ char* pad_left(char* begin, char* end, int width) {
   std::memmove(begin + pad, begin, static_cast<std::size_t>(len));
   std::memset(begin, ' ', static_cast<std::size_t>(pad));
   return begin + width;
+}
+
+int format_number(char* buf, std::size_t size, double value, int digits, int width) {
+  if (size == 0) {
+    return 0;
+  }
+  if (!std::isfinite(value)) {
+    value = std::isnan(value) ? 0.0 : std::copysign(DBL_MAX, value);
+  }
+  if (digits > kMaxNumberDigits) {
+    digits = kMaxNumberDigits;
+  }
+  bool negative = value < 0.0;
+  const double x = std::fabs(value);
+
+  // The rounded value as a whole number of the last decimal place.
+  double r = digits > 0 ? std::floor(x * std::pow(10.0, digits) + 0.5) : std::floor(x + 0.5);
+  if (!std::isfinite(r)) {
+    r = DBL_MAX;
+  }
+
+  // Its decimal digits, most significant first. Within the limit of format_fixed they
+  // are its exact digits; beyond it, every division by ten rounds and the digits are
+  // taken one by one from the last, at most kMaxNumberDigits of them.
+  static_assert(kMaxNumberDigits >= static_cast<int>(kNumberBuffer));
+  char whole[kMaxNumberDigits];
+  int count = 0;
+  if (r <= kFormatLimit) {
+    count = static_cast<int>(format_fixed(whole, r, 0) - whole);
+  } else {
+    while (r > 0.5 && count < kMaxNumberDigits) {
+      const int d = static_cast<int>(std::fmod(r, 10.0) + 0.5);
+      whole[kMaxNumberDigits - 1 - count++] = static_cast<char>('0' + (d > 9 ? 9 : d));
+      r = std::floor((r + 0.5) / 10.0);
+    }
+    std::memmove(whole, whole + kMaxNumberDigits - count, static_cast<std::size_t>(count));
+  }
+  if (count == 1 && whole[0] == '0') {
+    negative = false;  // nothing but zeros: no "-0.00"
+  }
+
+  // The text, built in full: sign, leading "0." and zeros, digits, point.
+  char text[2 * kMaxNumberDigits + 4];
+  int n = 0;
+  if (negative) {
+    text[n++] = '-';
+  }
+  if (count <= digits) {
+    text[n++] = '0';
+    text[n++] = '.';
+    for (int i = 0; i < digits - count; ++i) {
+      text[n++] = '0';
+    }
+  }
+  const int point_after = count > digits && digits > 0 ? count - digits : -1;
+  for (int i = 0; i < count; ++i) {
+    if (i == point_after) {
+      text[n++] = '.';
+    }
+    text[n++] = whole[i];
+  }
+  if (digits == 0) {
+    text[n++] = '.';
+  }
+
+  // Copy with the field's blanks, never past size - 1.
+  const std::size_t cap = size - 1;
+  std::size_t out = 0;
+  for (int i = n; i < width && out < cap; ++i) {
+    buf[out++] = ' ';
+  }
+  for (int i = 0; i < n && out < cap; ++i) {
+    buf[out++] = text[i];
+  }
+  buf[out] = '\0';
+  return static_cast<int>(out);
 }
 
 std::string_view format_shortest(char* buf, double v) {

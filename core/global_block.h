@@ -9,7 +9,6 @@
 #include "core/page.h"
 #include "draw/colour.h"
 #include "draw/pipeline.h"
-#include "drivers/ps.h"
 #include "text/text_state.h"
 
 namespace zorvel {
@@ -20,7 +19,6 @@ struct GlobalBlock {
   PageState page;      // page format and plot coordinates
   PipelineState pipe;  // vector pipeline and the output driver
   ColourState colour;  // colour table and the current colour
-  PostScriptState ps;  // PostScript file settings (psmode)
   TextState text;      // text parameters, the loaded font, the string being drawn
   GlobalBlock() = default;
   GlobalBlock(const GlobalBlock&) = delete;

@@ -37,11 +37,6 @@ bool is_special_file(const std::string& name) {
   return ::stat(name.c_str(), &st) == 0 && !S_ISREG(st.st_mode);
 }
 
-// Devices whose screen mode AUTO means reversed (dark lines on white paper).
-bool auto_reversed(int device) {
-  return device == 511 || device == 503 || device == 504 || device == 801 || device == 802;
-}
-
 // Opens the plot file of the starting plot; false after warning 36, 53 or 168-170.
 bool open_plot_file(GlobalBlock& g, const DeviceInfo& dev) {
   CoreState& c = g.core;
@@ -52,9 +47,6 @@ bool open_plot_file(GlobalBlock& g, const DeviceInfo& dev) {
     c.plot_file += dev.extension;
   }
   c.record_length = 80;
-  if (c.device == 603 || c.device == 221 || c.device == 511) {
-    return true;  // these drivers manage their output themselves
-  }
   std::string name = c.plot_file;
   std::FILE* f = nullptr;
   {
@@ -62,7 +54,7 @@ bool open_plot_file(GlobalBlock& g, const DeviceInfo& dev) {
     if (!resolve_file_name(g, name)) {
       return false;
     }
-    f = std::fopen(name.c_str(), device_is_binary(c.device) ? "wb" : "w");
+    f = std::fopen(name.c_str(), dev.file == FileKind::Binary ? "wb" : "w");
   }
   if (f == nullptr) {
     warn(g, 36);
@@ -86,12 +78,12 @@ bool resolve_file_name(GlobalBlock& g, std::string& name) {
   switch (c.file_mode) {
     case 1:  // DELE
       if (std::remove(name.c_str()) != 0) {
-        warn_custom(g, 168, "Plotfile cannot be deleted");
+        warn(g, 168);
         return false;
       }
       return true;
     case 2:  // BREA
-      warn_custom(g, 169, "Plotfile does exist");
+      warn(g, 169);
       return false;
     default:
       break;
@@ -136,7 +128,7 @@ bool resolve_file_name(GlobalBlock& g, std::string& name) {
       return true;
     }
   }
-  warn_custom(g, 170, "Too many file versions");
+  warn(g, 170);
   return false;
 }
 
@@ -149,7 +141,7 @@ void metafl(GlobalBlock& g, const char* cdev) {
   if (key >= "MET1" && key <= "MET9") {
     code = 80;
   } else if (const DeviceInfo* dev = find_device(key)) {
-    code = dev->code == 101 ? 80 : dev->code;
+    code = dev->code;
   } else {
     warn(g, 2, std::string_view(cdev));
     return;
@@ -157,7 +149,7 @@ void metafl(GlobalBlock& g, const char* cdev) {
   if (key == "GL  ") {
     // Drawing through OpenGL is not built into this library.
     code = 80;
-    warn_custom(g, 181, "OPENGL is not supported");
+    warn(g, 181);
   }
   g.core.device = code;
   g.core.device_key = key;
@@ -228,14 +220,16 @@ void zorini(GlobalBlock& g) {
   c.has_plot_file = false;
   text_defaults(g);  // height, angle, character set, the font zoralf
 
-  c.effective_screen_mode =
-      c.screen_mode == 4 ? (auto_reversed(c.device) ? 2 : 0) : c.screen_mode;
+  const DeviceInfo* dev = find_device(c.device);
+  if (dev == nullptr) {
+    dev = &default_device();
+    c.device = dev->code;
+    c.device_key = dev->key;
+  }
+  const bool auto_reversed = dev != nullptr && (dev->colours & kColourAutoReversed) != 0U;
+  c.effective_screen_mode = c.screen_mode == 4 ? (auto_reversed ? 2 : 0) : c.screen_mode;
   if (c.remembered_screen_mode == -1) {
     c.remembered_screen_mode = c.effective_screen_mode;
-  }
-  if (c.device == 0) {
-    c.device = 201;
-    c.device_key = "GKSL";
   }
   if (c.window_size_set) {
     c.window_width = c.user_window_width;
@@ -248,14 +242,13 @@ void zorini(GlobalBlock& g) {
     c.window_height = 853;
   }
 
-  const DeviceInfo* dev = find_device(c.device);
   if (dev == nullptr || dev->factory == nullptr) {
     // Devices whose output is not built into this version (screens, raster images, ...).
-    warn_custom(g, 182, "Output device is not available", c.device_key.view());
+    warn(g, 183, c.device_key.view());
     c.level = 0;
     return;
   }
-  if (device_has_file(c.device) && !open_plot_file(g, *dev)) {
+  if (dev->file != FileKind::None && !open_plot_file(g, *dev)) {
     c.level = 0;
     return;
   }

@@ -38,9 +38,11 @@ void write_out(GlobalBlock& g, std::string_view text) {
   std::fwrite(text.data(), 1, text.size(), f);
 }
 
-// Builds and writes one warning line. `text` replaces the table text when given;
-// `value` is appended in brackets when given.
-void emit(GlobalBlock& g, int number, const std::string_view* text, const std::string_view* value) {
+// Builds and writes one warning line. `text` replaces the table text when given. The
+// values fill the "{}" places of the text in order; the first value left over is
+// appended in brackets.
+void emit(GlobalBlock& g, int number, const std::string_view* text,
+          std::initializer_list<std::string_view> values) {
   MessageState& m = g.msg;
   if (number >= 0) {
     ++m.warnings;
@@ -48,6 +50,7 @@ void emit(GlobalBlock& g, int number, const std::string_view* text, const std::s
   if (m.output == 0 || (number >= 0 && !m.warnings_on)) {
     return;
   }
+  const std::string_view* value = values.begin();
   std::string line;
   line.reserve(kMaxLine + 8);
   line += " <<<< ";
@@ -56,18 +59,22 @@ void emit(GlobalBlock& g, int number, const std::string_view* text, const std::s
     line += "Warning ";
     line.append(num, format_int(num, number));
     line += ": ";
-    if (text != nullptr) {
-      line += *text;
-    } else {
-      line += number > 100 ? m.custom_text.view() : message_text(number);
+    std::string_view t = text != nullptr ? *text : message_text(number);
+    for (std::size_t at = t.find("{}"); at != std::string_view::npos; at = t.find("{}")) {
+      line += t.substr(0, at);
+      if (value != values.end()) {
+        line += *value++;
+      }
+      t.remove_prefix(at + 2);
     }
+    line += t;
   } else if (text != nullptr) {
     line += *text;
   }
   line += " in ";
   line += m.routine.view();
   line += '!';
-  if (value != nullptr) {
+  if (value != values.end()) {
     line += "   (";
     line += *value;
     line += ')';
@@ -90,15 +97,15 @@ std::string_view message_text(int number) {
   return " ";
 }
 
-void warn(GlobalBlock& g, int number) { emit(g, number, nullptr, nullptr); }
+void warn(GlobalBlock& g, int number) { emit(g, number, nullptr, {}); }
 
-void warn(GlobalBlock& g, int number, std::string_view value) { emit(g, number, nullptr, &value); }
+void warn(GlobalBlock& g, int number, std::string_view value) { emit(g, number, nullptr, {value}); }
 
 void warn(GlobalBlock& g, int number, int value) {
   char buf[kNumberBuffer];
   buf[0] = ' ';
   const std::string_view v(buf, static_cast<std::size_t>(format_int(buf + 1, value) - buf));
-  emit(g, number, nullptr, &v);
+  emit(g, number, nullptr, {v});
 }
 
 void warn(GlobalBlock& g, int number, double value) {
@@ -107,31 +114,25 @@ void warn(GlobalBlock& g, int number, double value) {
   const std::string_view s = format_shortest(buf + 1, value);
   std::memmove(buf + 1, s.data(), s.size());
   const std::string_view v(buf, s.size() + 1);
-  emit(g, number, nullptr, &v);
+  emit(g, number, nullptr, {v});
 }
 
-void warn_text(GlobalBlock& g, int number, std::string_view text) { emit(g, number, &text, nullptr); }
-
-void warn_custom(GlobalBlock& g, int number, std::string_view text) {
-  g.msg.custom_text = text;
-  warn(g, number);
+void warn_values(GlobalBlock& g, int number, std::initializer_list<std::string_view> values) {
+  emit(g, number, nullptr, values);
 }
 
-void warn_custom(GlobalBlock& g, int number, std::string_view text, std::string_view value) {
-  g.msg.custom_text = text;
-  warn(g, number, value);
-}
+void warn_text(GlobalBlock& g, int number, std::string_view text) { emit(g, number, &text, {}); }
 
-void warn_in(std::string_view routine, int number, std::string_view text,
-             std::string_view value) {
+void warn_in(std::string_view routine, int number, std::string_view value) {
   bool created = false;
   GlobalBlock& g = *fetch_or_create(created);
   const FixedString<8> running = g.msg.routine;
   g.msg.routine = routine;
-  if (number > 100) {
-    g.msg.custom_text = text;
+  if (value.empty()) {
+    emit(g, number, nullptr, {});
+  } else {
+    emit(g, number, nullptr, {value});
   }
-  emit(g, number, nullptr, value.empty() ? nullptr : &value);
   g.msg.routine = running;
 }
 

@@ -3,7 +3,9 @@
 // one warning line, counted for the end-of-plot summary:
 //   " <<<< Warning 2: Incorrect parameter in setpag!   ( 5)"
 
+#include <concepts>
 #include <cstdio>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 
@@ -27,10 +29,11 @@ struct MessageState {
   bool file_tried = false;        // opening was attempted in this plot
   bool opening = false;           // guard: messages while the file is being opened
   int app_kind = 0;               // winapp: 0 CONS, 1 WIND
-  FixedString<80> custom_text;    // text of message numbers above 100
   int warnings = 0;               // numbered warnings since zorini ("Warnings")
 };
 
+// Every number's text is in core/warnings.def. A value of a warning fills the next "{}"
+// of the text; a value without a place is printed in brackets after the routine.
 // Warning by number alone: " <<<< Warning 36: File error in zorini!"
 void warn(GlobalBlock& g, int number);
 // Warning with a string value: "... in metafl!   (XYZ)"
@@ -39,22 +42,25 @@ void warn(GlobalBlock& g, int number, std::string_view value);
 void warn(GlobalBlock& g, int number, int value);
 // Warning with a floating-point value (shortest exact form, one blank before it).
 void warn(GlobalBlock& g, int number, double value);
+// Warning with several string values for the places of its text:
+//   warn(g, 193, "Endpoint", " 3020", "  135") -> "Endpoint ( 3020/  135) out of page"
+void warn_values(GlobalBlock& g, int number, std::initializer_list<std::string_view> values);
+template <typename... V>
+  requires(sizeof...(V) >= 2 && (std::convertible_to<const V&, std::string_view> && ...))
+void warn(GlobalBlock& g, int number, const V&... values) {
+  warn_values(g, number, {std::string_view(values)...});
+}
 // Warning with a text of the caller's in place of the table text. A negative number
 // prints " <<<< text in routine!" and is not counted.
 void warn_text(GlobalBlock& g, int number, std::string_view text);
-// Numbers above 100 print the custom message text: set it, then warn.
-void warn_custom(GlobalBlock& g, int number, std::string_view text);
-void warn_custom(GlobalBlock& g, int number, std::string_view text, std::string_view value);
 
 // Warning given in the name of `routine` by code that runs outside the public routines
 // (the Java binding checks its arguments before it calls a routine). The calling
 // thread's block is fetched, and created with its defaults when it has none; the name
-// of the running routine is left as it was. `text` is the custom text of numbers above
-// 100 (unused below); a non-empty `value` is printed in brackets.
-void warn_in(std::string_view routine, int number, std::string_view text,
-             std::string_view value = {});
+// of the running routine is left as it was. A non-empty `value` is treated as by warn.
+void warn_in(std::string_view routine, int number, std::string_view value = {});
 
-// Text of a message number of the table (" " for unused numbers).
+// Text of a message number of the table (" " for numbers without an entry).
 std::string_view message_text(int number);
 
 // Writes raw text to the message device (message handle, else standard output),

@@ -54,8 +54,8 @@ void setpag(GlobalBlock& g, const char* cpag) {
       g.page.format = key_view(given);
       // Choosing a page format implies the metafile unless a device was chosen.
       if (!g.core.metafl_called) {
-        g.core.device = 201;
-        g.core.device_key = "GKSL";
+        g.core.device = default_device().code;
+        g.core.device_key = default_device().key;
       }
       return;
     }

@@ -99,14 +99,9 @@ constexpr int kNamedGrey[kNamedColours] = {255, 230, 185, 150, 95, 215, 175, 110
 constexpr int kWhiteValue = explicit_rgb(255, 255, 255);
 constexpr int kBlackValue = explicit_rgb(0, 0, 0);
 
-// Paper-like devices whose "white" background is the paper: POST, CGM and WMF.
-bool paper_device(int device) { return device == 501 || device == 211 || device == 221; }
-
-// Devices on which reversed screen mode swaps the table ends: screens, PSCL, PDF, EPS,
-// PS, and everything from the raster images up.
-bool reversible_device(int device) {
-  return device < 201 || device == 502 || device == 503 || device == 504 || device == 511 ||
-         device > 600;
+// Colour rules of the open device (none before a device is open).
+unsigned rules(const GlobalBlock& g) {
+  return g.pipe.device != nullptr ? g.pipe.device->colours : 0U;
 }
 
 int table_size(ColourTable t) {
@@ -137,9 +132,8 @@ void load_named(ColourState& c, bool grey) {
   }
 }
 
-void load_entries(ColourState& c, ColourTable t, int device) {
+void load_entries(ColourState& c, ColourTable t, bool paper) {
   Table& e = c.table;
-  const bool paper = paper_device(device);
   switch (t) {
     case ColourTable::Small:
       std::copy(std::begin(kSmall), std::end(kSmall), e.begin());
@@ -181,10 +175,6 @@ void load_entries(ColourState& c, ColourTable t, int device) {
 
 // Colour values
 // =============
-
-int colour_depth(int device) {
-  return device == 201 || (device >= 401 && device <= 405) || device == 607 ? 8 : 24;
-}
 
 Rgb colour_rgb(const GlobalBlock& g, int value) {
   if (is_explicit(value)) {
@@ -236,13 +226,10 @@ void set_colour(GlobalBlock& g, int value) {
 
 void load_colour_table(GlobalBlock& g, ColourTable t) {
   ColourState& c = g.colour;
-  const int device = g.core.device;
-  if (device >= 301 && device <= 400) {
-    t = ColourTable::Small;
-  }
+  const unsigned rule = rules(g);
   c.table_id = t;
-  const bool paper = paper_device(device);
-  const bool cgm_wmf = device == 211 || device == 221;
+  const bool paper = (rule & kColourPaper) != 0U;
+  const bool cgm_wmf = (rule & kColourRampBlack) != 0U;
   const bool small_or_grey =
       t == ColourTable::Small || t == ColourTable::Grey || t == ColourTable::RevGrey;
   const bool reversed_table =
@@ -279,7 +266,7 @@ void load_colour_table(GlobalBlock& g, ColourTable t) {
   if (c.keep_table) {
     c.keep_table = false;
   } else {
-    load_entries(c, t, device);
+    load_entries(c, t, paper);
   }
 
   // Indices of background, foreground and the table's range.
@@ -287,8 +274,7 @@ void load_colour_table(GlobalBlock& g, ColourTable t) {
   c.foreground = 255;
   c.bottom = 0;
   c.top = 255;
-  const bool paper_or_applet = paper || device == 701;
-  if (paper_or_applet && ramp_table) {
+  if ((rule & kColourDarkOnLight) != 0U && ramp_table) {
     c.background = 255;
     c.foreground = 0;
   } else if (t == ColourTable::Small) {
@@ -305,7 +291,7 @@ void load_colour_table(GlobalBlock& g, ColourTable t) {
   c.shade_last = c.top - 1;
 
   // Reversed screen mode: dark lines on white paper.
-  if (screen_reversed(g) && reversible_device(device)) {
+  if (screen_reversed(g) && (rule & kColourReversible) != 0U) {
     const std::size_t other = t == ColourTable::Small ? 1 : t == ColourTable::Vga ? 15 : 255;
     std::swap(c.table[0], c.table[other]);
     std::swap(c.bottom, c.top);
@@ -326,11 +312,11 @@ void load_colour_table(GlobalBlock& g, ColourTable t) {
 }
 
 void init_colours(GlobalBlock& g) {
-  const int device = g.core.device;
-  g.colour.depth = colour_depth(device);
+  const DeviceInfo* dev = g.pipe.device;
+  g.colour.depth = dev != nullptr ? dev->colour_depth : 24;
   // A pen plotter's colours are its pens, numbered from 1: the small table's indices
   // name them; every other device starts with the rainbow.
-  const bool plotter = device >= 401 && device <= 405;
+  const bool plotter = (rules(g) & kColourPens) != 0U;
   load_colour_table(g, plotter ? ColourTable::Small : ColourTable::Rain);
 }
 

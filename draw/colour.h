@@ -43,10 +43,6 @@ struct ColourState {
 constexpr int explicit_rgb(int r, int g, int b) { return 0x01000000 + (b << 16) + (g << 8) + r; }
 constexpr bool is_explicit(int value) { return (static_cast<unsigned>(value) >> 24) == 1U; }
 
-// Colour depth of a device: 8 for devices that can only name table indices (GIF, the
-// metafile and HPGL pens), 24 for the rest.
-int colour_depth(int device);
-
 // RGB of a colour value through the current table.
 Rgb colour_rgb(const GlobalBlock& g, int value);
 // Index of the table entry nearest to (r, g, b) (components 0..255): the first of the

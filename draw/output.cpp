@@ -22,19 +22,17 @@ namespace {
 //
 //     s = natural * k * hwscal * sclfac
 //
-// natural   device units per plot unit at true size (a plot unit is 0.1 mm):
-//             PostScript        2.0       (1/200 cm)
-//             PDF, IPE          72/254    (points)
-//             metafile, CGM     0.01      (centimetres)
-//             HPGL              4.0       (plotter units of 0.025 mm)
-//             SVG, screens, raster images, applet   96/254   (pixels at 96 per inch)
+// natural   device units per plot unit at true size (a plot unit is 0.1 mm), from the
+//           device's registry row: PostScript 2.0 (1/200 cm), PDF and IPE 72/254
+//           (points), metafile and CGM 0.01 (centimetres), HPGL 4.0 (plotter units of
+//           0.025 mm), SVG, screens, raster images and the applet 96/254 (pixels)
 // k         fits the page (W + 1 by H + 1 plot units, turned as the dispatch turns it)
 //           into the device page (Dw by Dh plot units):  r = min(Dw / Pw, Dh / Ph)
 //             sclmod "DOWN" (default)   k = min(r, 1): a page larger than the device page
 //                                       shrinks to fit, a smaller one keeps its size
 //             sclmod "FULL"             k = r: the page fills the device page
 //             sclmod "NONE"             k = 1: true size
-// device page   the hwpage size when set; otherwise
+// device page   the hwpage size when set; otherwise the row's sheet:
 //             PostScript               the printable area of an A4 sheet, portrait
 //                                      1950 x 2800 (19.5 x 28 cm), which the default
 //                                      offset of 0.75 cm and 1 cm centres on the sheet;
@@ -53,83 +51,16 @@ namespace {
 //           from DriverSetup); HPGL shifts its plotter coordinates by it; the other
 //           devices have no sheet to place the page on.
 
-struct Fitting {
-  double natural = 1.0;
-  double sheet_w = 0.0;  // device page in plot units; 0: no fitting
-  double sheet_h = 0.0;
-  bool factor_in_scale = true;
-};
-
-constexpr double kPoints = 72.0 / 254.0;
-constexpr double kPixels = 96.0 / 254.0;
-
-// Landscape A sheets in plot units.
-constexpr double kSheets[4][2] = {{2970, 2100}, {4200, 2970}, {5940, 4200}, {8410, 5940}};
-
-Fitting fitting(const GlobalBlock& g, Dispatch d, int device) {
-  Fitting f;
-  const CoreState& c = g.core;
-  switch (d) {
-    case Dispatch::Paper:
-      if (device == 511) {
-        f.natural = kPoints;
-        break;
-      }
-      f.natural = 2.0;
-      f.factor_in_scale = false;
-      if (device != 503) {
-        f.sheet_w = 1950.0;  // an EPS figure is placed by its user, not on a sheet
-        f.sheet_h = 2800.0;
-      }
-      break;
-    case Dispatch::Ipe:
-      f.natural = kPoints;
-      break;
-    case Dispatch::Metafile:
-      f.natural = 0.01;
-      break;
-    case Dispatch::Hpgl:
-      f.natural = 4.0;
-      break;
-    case Dispatch::HpglSheet: {
-      f.natural = 4.0;
-      const auto i = static_cast<std::size_t>(std::clamp(device - 402, 0, 3));
-      f.sheet_w = kSheets[i][0];
-      f.sheet_h = kSheets[i][1];
-      break;
-    }
-    case Dispatch::Svg:
-      f.natural = kPixels;
-      break;
-    case Dispatch::Screen:
-    case Dispatch::OpenGl:
-    case Dispatch::Raster:
-    case Dispatch::Java:
-      f.natural = kPixels;
-      f.sheet_w = c.window_width / kPixels;
-      f.sheet_h = c.window_height / kPixels;
-      break;
-    case Dispatch::None:
-      break;
-  }
+// The device page in plot units; 0 x 0: no fitting.
+void device_page(const GlobalBlock& g, const DeviceInfo& dev, double& w, double& h) {
   if (g.page.hw_page_set) {
-    f.sheet_w = g.page.hw_page_width;
-    f.sheet_h = g.page.hw_page_height;
-  }
-  return f;
-}
-
-// Whether the dispatch turns the page for this device.
-bool turned(const GlobalBlock& g, Dispatch d, int page_mode) {
-  const double w = g.page.width;
-  const double h = g.page.height;
-  switch (d) {
-    case Dispatch::Paper:
-      return w > h && page_mode != 2;
-    case Dispatch::HpglSheet:
-      return w <= h;
-    default:
-      return page_mode == 1;
+    w = g.page.hw_page_width;
+    h = g.page.hw_page_height;
+  } else if (dev.sheet == Sheet::Window) {
+    w = g.core.window_width / dev.natural;  // the window's pixels at true size
+    h = g.core.window_height / dev.natural;
+  } else {
+    sheet_size(dev.sheet, w, h);
   }
 }
 
@@ -162,28 +93,44 @@ void reset_for_plot(GlobalBlock& g) {
   p.device_dy = 0.0;
 }
 
-bool native_widths(int device) {
-  return (device >= 501 && device <= 504) || device == 511 || device == 801 || device == 802;
+// Screen windows take erase in the background colour, and sendbf.
+bool on_screen(const PipelineState& p) {
+  return p.device != nullptr &&
+         (p.device->family == DeviceFamily::Screen || p.device->family == DeviceFamily::OpenGL);
 }
 
 }  // namespace
 
+bool page_turned(const GlobalBlock& g, const DeviceInfo& dev) {
+  const double w = g.page.width;
+  const double h = g.page.height;
+  switch (dev.turning) {
+    case Turning::Landscape:
+      return w > h && g.pipe.page_mode != 2;
+    case Turning::Portrait:
+      return w <= h;
+    case Turning::PageMode:
+      break;
+  }
+  return g.pipe.page_mode == 1;
+}
+
 double device_scale(const GlobalBlock& g, const DeviceInfo& dev) {
-  const int device = dev.code == 101 ? 80 : dev.code;
-  const Dispatch d = dispatch_of(device);
-  const Fitting f = fitting(g, d, device);
   double pw = g.page.width + 1.0;
   double ph = g.page.height + 1.0;
-  if (turned(g, d, g.pipe.page_mode)) {
+  if (page_turned(g, dev)) {
     std::swap(pw, ph);
   }
+  double sheet_w = 0.0;
+  double sheet_h = 0.0;
+  device_page(g, dev, sheet_w, sheet_h);
   double k = 1.0;
-  if (f.sheet_w > 0.0 && f.sheet_h > 0.0 && g.page.scale_mode != 2) {
-    const double r = std::min(f.sheet_w / pw, f.sheet_h / ph);
+  if (sheet_w > 0.0 && sheet_h > 0.0 && g.page.scale_mode != 2) {
+    const double r = std::min(sheet_w / pw, sheet_h / ph);
     k = g.page.scale_mode == 1 ? r : std::min(r, 1.0);
   }
-  double s = f.natural * k * g.page.hw_scale;
-  if (f.factor_in_scale) {
+  double s = dev.natural * k * g.page.hw_scale;
+  if (!dev.scale_in_file) {
     s *= g.page.scale_factor;
   }
   return s;
@@ -197,19 +144,19 @@ bool open_driver(GlobalBlock& g, const DeviceInfo& dev, std::unique_ptr<Driver> 
                  std::FILE* file) {
   PipelineState& p = g.pipe;
   reset_for_plot(g);
-  const int device = g.core.device;
-  p.dispatch = dispatch_of(device);
+  p.device = &dev;
+  p.dispatch = dev.dispatch;
   p.scale = device_scale(g, dev);
   p.page_w = g.page.width;
   p.page_h = g.page.height;
-  p.rotated = turned(g, p.dispatch, p.page_mode);
-  if (g.page.hw_origin_set && (p.dispatch == Dispatch::Hpgl || p.dispatch == Dispatch::HpglSheet)) {
-    p.device_dx = g.page.hw_origin_x * 4.0;
-    p.device_dy = g.page.hw_origin_y * 4.0;
+  p.rotated = page_turned(g, dev);
+  if (g.page.hw_origin_set && dev.shifts_origin) {
+    p.device_dx = g.page.hw_origin_x * dev.natural;
+    p.device_dy = g.page.hw_origin_y * dev.natural;
   }
 
   DriverSetup setup;
-  setup.device = device;
+  setup.variant = dev.variant;
   setup.page_width = g.page.width;
   setup.page_height = g.page.height;
   setup.scale = p.scale;
@@ -220,7 +167,7 @@ bool open_driver(GlobalBlock& g, const DeviceInfo& dev, std::unique_ptr<Driver> 
   setup.offset_x = g.page.hw_origin_x;
   setup.offset_y = g.page.hw_origin_y;
   setup.stamp = current_date_time();
-  setup.single_page = g.ps.single_page;
+  setup.single_page = p.ps_single_page;
   setup.page_mode = p.page_mode;
   const double across = p.rotated ? g.page.height : g.page.width;
   const double along = p.rotated ? g.page.width : g.page.height;
@@ -230,11 +177,15 @@ bool open_driver(GlobalBlock& g, const DeviceInfo& dev, std::unique_ptr<Driver> 
   setup.file_name = g.core.plot_file;
 
   p.driver = std::move(driver);
-  if (!p.driver || !p.driver->open(file, setup)) {
+  p.sink.reset(file != nullptr ? new FileSink(file) : nullptr);
+  if (!p.driver || !p.driver->open(p.sink.get(), setup)) {
     p.driver.reset();
+    p.sink.reset();
+    p.device = nullptr;
     p.dispatch = Dispatch::None;
     return false;
   }
+  p.caps = p.driver->caps();
   if (p.line_cap != 2) {
     p.driver->line_cap(p.line_cap);  // files start with projecting caps
   }
@@ -251,7 +202,10 @@ bool close_device(GlobalBlock& g) {
   const bool ok = p.driver->close();
   check_driver(g);
   p.driver.reset();
+  p.sink.reset();
+  p.device = nullptr;
   p.dispatch = Dispatch::None;
+  p.caps = 0;
   p.count = 0;
   p.has_point = false;
   return ok;
@@ -268,7 +222,7 @@ void check_driver(GlobalBlock& g) {
   }
   if (const long long n = p.driver->overflows(); n > p.overflows_reported) {
     p.overflows_reported = n;
-    warn_custom(g, 176, "Internal overflow in qqsbuf");
+    warn(g, 176);
   }
 }
 
@@ -280,7 +234,7 @@ void send_line_width(GlobalBlock& g) {
   update_strokes(g);
   LineWidth w;
   w.n = p.line_width;
-  w.hardware = p.hw_widths && native_widths(g.core.device);
+  w.hardware = p.hw_widths && (p.caps & kCapWidths) != 0U;
   w.width_scale = p.line_width_scale;
   w.style_scale = p.line_style_scale;
   p.driver->pen_width(w);
@@ -334,6 +288,12 @@ void hwmode(GlobalBlock& g, const char* cmode, const char* ckey) {
   }
 }
 
+void psmode(GlobalBlock& g, const char* cmode) {
+  if (const int i = match_keyword(g, "MULT+SING", cmode); i != 0) {
+    g.pipe.ps_single_page = i == 2;
+  }
+}
+
 void newpag(GlobalBlock& g) {
   end_polyline(g);
   PipelineState& p = g.pipe;
@@ -349,7 +309,7 @@ void erase(GlobalBlock& g) {
   if (!p.driver) {
     return;
   }
-  if (p.dispatch == Dispatch::Screen || p.dispatch == Dispatch::OpenGl) {
+  if (on_screen(p)) {
     // A window is cleared in the background colour (index 0).
     const int colour = g.colour.current;
     set_colour(g, 0);
@@ -366,7 +326,7 @@ void sendbf(GlobalBlock& g) {
     return;
   }
   flush_polyline(g);
-  if (p.dispatch == Dispatch::Screen || p.dispatch == Dispatch::OpenGl) {
+  if (on_screen(p)) {
     p.driver->flush();
   }
 }

@@ -27,14 +27,14 @@
 #include <array>
 #include <cstdio>
 #include <memory>
+#include <string>
 #include <vector>
 
-#include "drivers/driver.h"
+#include "drivers/registry.h"
 
 namespace zorvel {
 
 struct GlobalBlock;
-struct DeviceInfo;
 
 // Points held by the polyline buffer before it is sent (it then continues from its last
 // point).
@@ -54,22 +54,6 @@ inline constexpr double kCoordinateLimit = 1e300;
 // dashing them would take longer than any plot is worth.
 inline constexpr double kMaxDashedLength = 1e6;
 
-// How the dispatch converts plot units for a device; chosen from the device code when
-// the plot starts.
-enum class Dispatch {
-  None,        // no device open
-  Screen,      // screen windows (below 201 but 81), WMF: integer pixels
-  OpenGl,      // 81: the screen pairs as reals
-  Metafile,    // 201 GKSL and 211 CGM: centimetres from the bottom, with x offset
-  Hpgl,        // 401: integer plotter units from the bottom
-  HpglSheet,   // 402-405: fixed sheets, portrait pages turned onto the sheet
-  Paper,       // 501-511 PostScript and PDF: reals from the bottom, landscape turned
-  Raster,      // 601-700: integer pixels of the raster page
-  Java,        // 701: integer pixels
-  Svg,         // 801: reals, y downwards
-  Ipe,         // 802: reals from the bottom
-};
-
 // Phase of the dash engine.
 enum class DashPen { Drawn = 0, Blank = 1 };
 
@@ -78,6 +62,12 @@ enum class ClipBorder { Page = 0, User = 1, Axis = 2 };
 
 // Clipping region choice (clpmod).
 enum class ClipMode { Auto = 0, None = 1, Circle = 2, Rect = 3 };
+
+// A crossing of a hatch line with an edge of a filled path.
+struct Crossing {
+  double x;
+  int direction;  // +1 for an edge going down the page, -1 up
+};
 
 struct ClipRect {
   double xmin = 0.0;  // plot units, inclusive
@@ -89,13 +79,16 @@ struct ClipRect {
 struct PipelineState {
   // Device
   std::unique_ptr<Driver> driver;  // driver of the open plot; null at level 0
-  Dispatch dispatch = Dispatch::None;
+  std::unique_ptr<Sink> sink;      // where it writes: the plot file (null: no file)
+  const DeviceInfo* device = nullptr;  // its registry row
+  Dispatch dispatch = Dispatch::None;  // the row's transform (tests set None: plot units)
+  unsigned caps = 0;               // the driver's DriverCaps
   double scale = 1.0;              // device units per plot unit, set when the device opens
   double x_offset = 0.0;           // added to x before scaling (metafile, CGM)
   double page_w = 0.0;             // page size of the open plot, plot units less one
   double page_h = 0.0;
   bool rotated = false;            // the dispatch turns the page (pagmod, sheet fitting)
-  double device_dx = 0.0;          // hworig on devices that place the page themselves
+  double device_dx = 0.0;          // hworig on devices that shift their coordinates
   double device_dy = 0.0;
   bool write_error_reported = false;  // warning 36 for a failed write is given once
   long long overflows_reported = 0;   // driver words already reported as warning 176
@@ -152,13 +145,22 @@ struct PipelineState {
   double last_dev_x = 0.0;         // last point handed to the driver, device units
   double last_dev_y = 0.0;
 
-  // Scratch space, reused (sized once, never per point)
+  // Per-format settings, handed to the driver in DriverSetup when a plot starts
+  bool ps_single_page = false;     // psmode "SING": PostScript without pages
+
+  // Scratch space, reused (grown to the largest size seen, never per point)
   std::array<double, kPolylineCapacity> wide_x{};
   std::array<double, kPolylineCapacity> wide_y{};
-  std::vector<double> fill_x;
+  std::vector<double> fill_x;      // a path's points, contour after contour
   std::vector<double> fill_y;
+  std::vector<int> fill_ends;      // end index of every contour
   std::vector<double> fill_tx;
   std::vector<double> fill_ty;
+  std::vector<double> cut_x;       // one contour while it is clipped
+  std::vector<double> cut_y;
+  std::vector<Crossing> crossings; // hatch lines of a fill
+  std::vector<GlyphPlace> glyphs;  // a text run in device units
+  std::string run_text;            // its visible characters as UTF-8
 };
 
 // Entry of the pipeline
@@ -178,8 +180,25 @@ void flush_polyline(GlobalBlock& g);
 void end_polyline(GlobalBlock& g);
 
 // Fills the polygon of n points (plot units before the origin offset, closed
-// implicitly) in the current colour, clipped to the rectangle in force.
+// implicitly) in the current colour, clipped to the rectangle in force (non-zero rule).
 void fill_polygon(GlobalBlock& g, const double* xs, const double* ys, int n);
+// Fills a path of several contours: contour i ends before index ends[i] (the last end is
+// the number of points). Points as for fill_polygon; any count. Contours of fewer than
+// three points are left out. Drivers without fills get the area hatched by the rule.
+void fill_path(GlobalBlock& g, const double* xs, const double* ys, const int* ends,
+               int contours, FillRule rule);
+
+// A text run in a driver font: the glyphs' base-line centres in plot units before the
+// origin offset (transformed and clipped like points: glyphs outside the clip region
+// are left out), the face, the size (em) in plot units, the base line's angle in
+// degrees (counter-clockwise on the page) and the stretch. Only for drivers with
+// kCapText.
+void draw_text_run(GlobalBlock& g, const TextRun& run_in_plot_units);
+
+// Pixels placed into the rectangle with the corners (x0, y0) (first pixel of the first
+// row) and (x1, y1), plot units before the origin offset. Drivers without images get a
+// filled rectangle per run of equal pixels.
+void draw_image(GlobalBlock& g, const Image& img_in_plot_units);
 
 // Dash engine and offsets (dash.cpp)
 // ==================================
@@ -209,6 +228,13 @@ void buffer_draw(GlobalBlock& g, double x, double y, bool merge);
 // Point transforms (polyline.cpp). The routines of the 3D axis system and of
 // transformed text set them; each takes effect for points that enter after the call.
 void set_affine(GlobalBlock& g, const double a[6]);
+// Applies the 3D-plane projection, then the affine map, and clamps the result into
+// kCoordinateLimit; false when it is not a finite point (not a number, or a point on the
+// projection's horizon).
+bool transform_point(const PipelineState& p, double& x, double& y);
+// A point in plot units before the origin offset into (ox, oy) after the origin and the
+// point transforms; false when it cannot be drawn.
+bool place_point(const GlobalBlock& g, double x, double y, double& ox, double& oy);
 void set_plane_projection(GlobalBlock& g, const double h[9]);
 void clear_transforms(GlobalBlock& g);
 
@@ -242,8 +268,6 @@ int clip_polygon(const PipelineState& p, std::vector<double>& xs, std::vector<do
 // Dispatch (dispatch.cpp)
 // =======================
 
-// Chooses the dispatch of a device code.
-Dispatch dispatch_of(int device);
 // One point in plot units (origin applied) to the driver, converted into device units;
 // a draw counts as a vector.
 void plot_point(GlobalBlock& g, double x, double y, Pen pen);
@@ -281,5 +305,7 @@ void send_line_width(GlobalBlock& g);
 
 // Device scale of a device for the page settings in force (device units per plot unit).
 double device_scale(const GlobalBlock& g, const DeviceInfo& dev);
+// Whether the dispatch turns the page of the settings in force on the device.
+bool page_turned(const GlobalBlock& g, const DeviceInfo& dev);
 
 }  // namespace zorvel

@@ -21,10 +21,19 @@ bool finite(double x, double y) { return std::isfinite(x) && std::isfinite(y); }
 
 double limited(double v) { return std::clamp(v, -kCoordinateLimit, kCoordinateLimit); }
 
-// Applies the 3D-plane projection, then the affine map (callers skip it when neither is
-// on: points arrive finite and clamped). False when the result is not a finite point (a
-// point on the projection's horizon).
-bool transform(const PipelineState& p, double& x, double& y) {
+// A point that cannot be drawn (not a number, or on the horizon of the plane
+// projection): counted, and the line breaks there.
+void drop_point(GlobalBlock& g) {
+  if (g.core.nans < 0x7fffffff) {
+    ++g.core.nans;
+  }
+  flush_polyline(g);
+  g.pipe.count = 0;
+}
+
+}  // namespace
+
+bool transform_point(const PipelineState& p, double& x, double& y) {
   if (p.plane) {
     const auto& h = p.plane_h;
     const double w = h[6] * x + h[7] * y + h[8];
@@ -48,17 +57,12 @@ bool transform(const PipelineState& p, double& x, double& y) {
   return true;
 }
 
-// A point that cannot be drawn (not a number, or on the horizon of the plane
-// projection): counted, and the line breaks there.
-void drop_point(GlobalBlock& g) {
-  if (g.core.nans < 0x7fffffff) {
-    ++g.core.nans;
-  }
-  flush_polyline(g);
-  g.pipe.count = 0;
+bool place_point(const GlobalBlock& g, double x, double y, double& ox, double& oy) {
+  ox = x + g.page.origin_x;
+  oy = y + g.page.origin_y;
+  return transform_point(g.pipe, ox, oy);
 }
 
-}  // namespace
 
 // Entry
 // =====
@@ -114,7 +118,7 @@ void buffer_move(GlobalBlock& g, double x, double y) {
     set_colour(g, p.dash_colours[static_cast<std::size_t>(p.dash_colour_index)]);
   }
   flush_polyline(g);
-  if ((p.plane || p.affine) && !transform(p, x, y)) {
+  if ((p.plane || p.affine) && !transform_point(p, x, y)) {
     drop_point(g);
     return;
   }
@@ -125,7 +129,7 @@ void buffer_move(GlobalBlock& g, double x, double y) {
 
 void buffer_draw(GlobalBlock& g, double x, double y, bool merge) {
   PipelineState& p = g.pipe;
-  if ((p.plane || p.affine) && !transform(p, x, y)) {
+  if ((p.plane || p.affine) && !transform_point(p, x, y)) {
     drop_point(g);
     return;
   }

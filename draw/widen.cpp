@@ -21,29 +21,6 @@ namespace {
 
 constexpr double kMitreLimit = 4.0;
 
-// Devices that draw line widths themselves.
-bool native_widths(int device) {
-  return (device >= 501 && device <= 504) || device == 511 || device == 801 || device == 802;
-}
-
-// The thinnest line of a device, in plot units.
-double thinnest_line(const PipelineState& p) {
-  switch (p.dispatch) {
-    case Dispatch::Paper:
-      return 5.0 / p.scale;  // PostScript's 5 driver units
-    case Dispatch::Hpgl:
-    case Dispatch::HpglSheet:
-      return 3.0;  // a plotter pen of 0.3 mm
-    case Dispatch::Screen:
-    case Dispatch::OpenGl:
-    case Dispatch::Raster:
-    case Dispatch::Java:
-      return 1.0 / p.scale;  // one pixel
-    default:
-      return 1.0;
-  }
-}
-
 // Unit normal of the segment i -> i + 1, false for a segment of length 0.
 bool normal(const double* xs, const double* ys, int i, double& nx, double& ny) {
   const double dx = xs[i + 1] - xs[i];
@@ -63,10 +40,10 @@ void update_strokes(GlobalBlock& g) {
   PipelineState& p = g.pipe;
   p.strokes = 1;
   p.stroke_step = 0.0;
-  if (!p.driver || (p.hw_widths && native_widths(g.core.device))) {
+  if (!p.driver || p.device == nullptr || (p.hw_widths && (p.caps & kCapWidths) != 0U)) {
     return;
   }
-  const double thin = thinnest_line(p);
+  const double thin = thinnest_line(*p.device, p.scale);
   if (!(thin > 0.0) || !std::isfinite(thin) || p.line_width <= thin) {
     return;
   }

@@ -1,32 +1,38 @@
 #pragma once
 // The output-driver interface. One Driver object exists per open plot; the pipeline owns
-// it. The core opens the plot file, hands it to open() and closes it after close().
+// it. The core opens the plot file when the device's registry row says it has one, wraps
+// it in a Sink for open() and closes it after close().
 //
-// Coordinates reach a driver already converted into its device units by the pipeline's
-// dispatch (integers for screens, rasters, HPGL and the applet source; reals for the
-// metafile, PostScript, PDF, SVG and IPE). Drivers never see the GlobalBlock: what they
-// need to know about the page comes in DriverSetup.
+// Coordinates reach a driver in its device units as doubles, for every device: the
+// pipeline's dispatch converts plot units by the transform of the device's registry row
+// and rounds nothing. Drivers of integer formats (HPGL, the applet source) round with
+// device_int() below; raster and vector drivers keep the sub-pixel positions. Drivers
+// never see the GlobalBlock: what they need to know comes in DriverSetup.
 //
 // Order of calls for one plot:
 //   open                          once, from zorini, before anything else
 //   colour                        right after open (the colour table's foreground), then
 //                                 on every colour change
+//   pen_width                     right after open (the width every page starts with),
+//                                 then on every change
 //   point Move, Draw, Draw, ...   polylines, already clipped; a polyline longer than the
 //                                 pipeline's buffer arrives as pieces of 100 points, each
 //                                 starting with a Move to the last point of the one before
 //   point End                     before every attribute change (colour, width, cap, fill,
-//                                 new page, erase, close) when points were sent since the
-//                                 last End; x, y repeat the last point
-//   pen_width, line_cap, fill, new_page, erase, flush   as the program asks
+//                                 text, image, new page, erase, close) when points were
+//                                 sent since the last End; x, y repeat the last point
+//   line_cap, fill, text, image, new_page, erase, flush, input   as the program asks
 //   close                         once, from zorfin; the core then closes the file
 // Coordinates are finite: the pipeline never sends NaN or infinities, but values far
 // outside the page can arrive when clipping is off, so integer conversions must clamp.
 
-#include <cstdio>
+#include <cmath>
+#include <cstdint>
 #include <span>
 #include <string_view>
 
 #include "core/clock.h"
+#include "drivers/sink.h"
 
 namespace zorvel {
 
@@ -34,20 +40,32 @@ namespace zorvel {
 enum class Pen : int {
   Draw = 2,     // line from the previous point
   Move = 3,     // start a new polyline
-  Width = 6,    // line-width change (PDF, SVG): x carries the width
   End = 9,      // end the open polyline before an attribute change
   Close = 999,  // final flush before close (the pipeline calls close() instead)
 };
 
 struct Rgb {
-  int r = 0;  // 0..255
+  int r = 0;    // 0..255
   int g = 0;
   int b = 0;
+  int a = 255;  // opacity 0..255; only drivers with kCapAlpha see other values than 255
 };
 
-// Page and device facts fixed when the plot starts.
+// Nearest integer of a device coordinate for drivers of integer formats: halves upwards,
+// clamped far outside every device and well inside int.
+inline long long device_int(double v) {
+  constexpr double kLimit = 2e9;
+  if (!(v == v)) {
+    return 0;
+  }
+  return static_cast<long long>(std::floor((v < -kLimit ? -kLimit : v > kLimit ? kLimit : v) + 0.5));
+}
+
+// Page and device facts fixed when the plot starts, with every per-format setting the
+// program made (psmode, ...).
 struct DriverSetup {
-  int device = 0;              // device code of metafl
+  int variant = 0;             // the registry row's variant of its driver (PostScript:
+                               //   POST, PSCL, EPS, PS; see the driver's source)
   double page_width = 0.0;     // page size in plot units (less one)
   double page_height = 0.0;
   double scale = 1.0;          // device units per plot unit
@@ -68,39 +86,90 @@ struct DriverSetup {
 
 // What a driver does itself; the pipeline supplies the rest.
 enum DriverCaps : unsigned {
-  kCapFill = 1U,  // fill() draws filled polygons; without it the pipeline hatches them
-  kCapText = 2U,  // text() writes driver fonts; without it hwfont draws stroke glyphs
+  kCapFill = 1U,     // fill() draws filled paths; without it the pipeline hatches them
+  kCapText = 2U,     // text() writes driver fonts; without it hwfont draws stroke glyphs
+  kCapWidths = 4U,   // the device draws line widths (pen_width in hardware mode); without
+                     //   it the pipeline draws wide lines as parallel strokes
+  kCapDashes = 8U,   // the device draws dash patterns (not used yet: the pipeline dashes)
+  kCapImages = 16U,  // image() places pixel blocks; without it the pipeline fills one
+                     //   rectangle per run of equal pixels
+  kCapAlpha = 32U,   // colours and images may be translucent (Rgb::a, image alpha)
 };
 
-// Line width of linwid as the pipeline hands it to drivers that draw widths natively
-// (PostScript; see pen_width below).
+// Line width of linwid as the pipeline hands it to the driver.
 struct LineWidth {
   int n = 1;                  // linwid value in plot units, 1..32000
-  bool hardware = true;       // hardware line-width mode: the device draws the width
+  bool hardware = true;       // hardware line-width mode and kCapWidths: the device draws it
   double width_scale = 1.0;   // line-width scale, multiplies the written width
   double style_scale = 1.0;   // line-style scale (PostScript restates widths on new pages)
 };
 
-// Text in the device's own font (font mode 1 of the text engine, hwfont). The engine
-// places and measures every character itself; the driver only writes it.
-struct TextRun {
-  std::string_view text;    // 8-bit codes 32..187: ASCII, 127..186 the accented letters
-                            // in the order of the PostScript GermanVec, 187 copyright
-  std::string_view face;    // font name: "Times-Roman", "Times-Italic", "Symbol"
-  double x = 0.0;           // device units: the centre of the text's base line
+// How a filled path decides what is inside.
+enum class FillRule { NonZero, EvenOdd };
+
+// A filled area: one or more closed contours in device units (already clipped). Contour
+// i runs from index ends[i-1] (0 for the first) up to ends[i]; every contour has at least
+// three points and is closed implicitly. Point counts are unlimited.
+struct Path {
+  std::span<const double> xs;
+  std::span<const double> ys;
+  std::span<const int> ends;
+  FillRule rule = FillRule::NonZero;
+};
+
+// One character of a driver-font text run.
+struct GlyphPlace {
+  double x = 0.0;            // device units: the centre of the glyph's base line
   double y = 0.0;
-  double angle = 0.0;       // base line, degrees from the device x axis towards its y axis
-  double size = 0.0;        // font size (em) in device units
-  double stretch = 1.0;     // horizontal stretch of the characters (chawth), 0 < s < 2
+  std::uint32_t unicode = 0; // the character
+  std::uint8_t code = 0;     // its code in the face's 8-bit encoding (PostScript:
+                             //   ASCII, 127..186 the accented letters in the order of
+                             //   the GermanVec vector, 187 copyright; Symbol's own)
+};
+
+// Text in the device's own font (hwfont). The text engine lays out and measures every
+// character; the driver writes the run as a whole (SVG, PDF: one element) or character
+// by character at the given places (PostScript).
+struct TextRun {
+  std::string_view utf8;               // the run's characters as UTF-8
+  std::span<const GlyphPlace> glyphs;  // one per character of utf8, in order
+  std::string_view face;               // font name: "Times-Roman", "Times-Italic", "Symbol"
+  double angle = 0.0;                  // base line, degrees from the device x axis towards y
+  double size = 0.0;                   // font size (em) in device units
+  double stretch = 1.0;                // horizontal stretch of the characters, 0 < s < 2
+};
+
+// A block of pixels placed on the page: rows from the top, each `width` pixels of 3
+// (RGB) or 4 (RGBA) bytes, `stride` bytes apart. Device rectangle: (x0, y0) is where the
+// first pixel of the first row goes, (x1, y1) the opposite corner.
+struct Image {
+  const std::uint8_t* pixels = nullptr;
+  int width = 0;
+  int height = 0;
+  int channels = 3;
+  std::size_t stride = 0;
+  double x0 = 0.0;
+  double y0 = 0.0;
+  double x1 = 0.0;
+  double y1 = 0.0;
+};
+
+// Cursor input of screen devices.
+struct InputEvent {
+  double x = 0.0;  // device units of the cursor
+  double y = 0.0;
+  int button = 0;  // 1, 2, 3 mouse buttons; 0 a key
+  int key = 0;     // the key's character code (button 0)
 };
 
 class Driver {
  public:
   virtual ~Driver() = default;
 
-  // Writes the opening part into `file` (open for writing; the core keeps ownership and
-  // closes it after close()). False when the device cannot start.
-  virtual bool open(std::FILE* file, const DriverSetup& setup) = 0;
+  // Writes the opening part into `out` (the plot file, or memory; null for devices
+  // without a file). The core keeps ownership and closes the file after close(). False
+  // when the device cannot start.
+  virtual bool open(Sink* out, const DriverSetup& setup) = 0;
 
   // One point in device units with its pen code.
   virtual void point(double x, double y, Pen pen) = 0;
@@ -109,19 +178,15 @@ class Driver {
   virtual unsigned caps() const { return 0; }
 
   // Colour change: the RGB to draw with (from the colour table for an index) and the
-  // colour value. On devices that only know table indices (colour depth 8: the metafile,
-  // HPGL, GIF) the value is always an index 0..255: an explicit RGB value has already
+  // colour value. On devices that only know table indices (colour depth 8 in the
+  // registry) the value is always an index 0..255: an explicit RGB value has already
   // been replaced by its nearest table entry.
   virtual void colour(Rgb /*rgb*/, int /*value*/) {}
 
-  // Line width in plot units (already clamped to 1..32000) times the width scale.
-  virtual void line_width(double /*width*/) {}
-
-  // The full line-width setting, for drivers whose output depends on more than the
-  // product (PostScript writes max(2n, 5) driver units times the width scale in hardware
-  // mode, its thinnest line otherwise). The pipeline calls this one; the default passes
-  // n times the width scale on to line_width().
-  virtual void pen_width(const LineWidth& w) { line_width(w.n * w.width_scale); }
+  // The line-width setting (linwid, hwmode). Drivers with kCapWidths draw lines n plot
+  // units wide times the width scale when `hardware` is set, their thinnest line
+  // otherwise.
+  virtual void pen_width(const LineWidth& /*w*/) {}
 
   // Line cap of lncap: 0 cut ("CUT"), 1 round ("ROUN"), 2 projecting ("LONG").
   virtual void line_cap(int /*cap*/) {}
@@ -129,16 +194,20 @@ class Driver {
   // Line join: 0 mitred (with the miter limit), 1 round, 2 bevelled.
   virtual void line_join(int /*join*/, double /*miter_limit*/) {}
 
-  // Filled polygon in device units (closed implicitly, already clipped), in the given
-  // colour; the current colour stays as it was for the lines that follow. Called only
-  // when caps() has kCapFill.
-  virtual void fill(std::span<const double> /*xs*/, std::span<const double> /*ys*/, Rgb /*rgb*/) {}
+  // Filled path in the given colour; the current colour stays as it was for the lines
+  // that follow. Called only when caps() has kCapFill.
+  virtual void fill(const Path& /*path*/, Rgb /*rgb*/) {}
 
-  // erase: clears the page (the applet's clearRect); nothing on paper devices.
-  // Text in a driver font, centred on (x, y) along its base line. Devices without
-  // fonts of their own never receive it (the text engine draws strokes for them).
+  // Text in a driver font. Called only when caps() has kCapText.
   virtual void text(const TextRun& /*run*/) {}
 
+  // Pixels placed at a device rectangle. Called only when caps() has kCapImages.
+  virtual void image(const Image& /*img*/) {}
+
+  // Waits for cursor input on a screen; false when the device has none.
+  virtual bool input(InputEvent& /*event*/) { return false; }
+
+  // erase: clears the page (the applet's clearRect); nothing on paper devices.
   virtual void erase() {}
   // new_page: finishes the page and starts the next (newpag, level 1). The driver restates
   // its own attributes (colour, width, cap) on the new page; the pipeline sends nothing.
@@ -146,8 +215,8 @@ class Driver {
   // flush: makes buffered drawing visible (screens, sendbf).
   virtual void flush() {}
 
-  // Writes the closing part and flushes every buffered byte into the file. True when
-  // every write of the plot succeeded.
+  // Writes the closing part and flushes every buffered byte. True when every write of
+  // the plot succeeded.
   virtual bool close() = 0;
 
   // A write failed since open (sticky). The pipeline asks after every polyline and

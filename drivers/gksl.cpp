@@ -19,8 +19,8 @@ namespace {
 
 class GkslDriver final : public Driver {
  public:
-  bool open(std::FILE* file, const DriverSetup& setup) override {
-    out_ = std::make_unique<TextWriter>(file, 80);
+  bool open(Sink* out, const DriverSetup& setup) override {
+    out_ = std::make_unique<TextWriter>(out, 80);
     field(setup.page_width * setup.scale);
     field(setup.page_height * setup.scale);
     field(0.0);

@@ -1,9 +1,9 @@
 // HPGL plotter files for "HPGL" (401) and the fixed sheets "HPA4" ... "HPA1" (402-405).
 //
 // Coordinates are integer plotter units (0.025 mm) from the lower left corner of the
-// sheet; the pipeline converts them. The file is a list of instructions, each ended by
-// ";", in lines of at most 80 characters (line ends between instructions are ignored
-// by plotters):
+// sheet; the pipeline converts them, the driver rounds them. The file is a list of
+// instructions, each ended by ";", in lines of at most 80 characters (line ends between
+// instructions are ignored by plotters):
 //   IN;            initialise the plotter (opening)
 //   SP<n>;         select pen n: the colour's table index
 //   PU<x>,<y>;     pen up, move to (x, y)
@@ -21,8 +21,8 @@ namespace {
 
 class HpglDriver final : public Driver {
  public:
-  bool open(std::FILE* file, const DriverSetup& /*setup*/) override {
-    out_ = std::make_unique<TextWriter>(file, 80);
+  bool open(Sink* out, const DriverSetup& /*setup*/) override {
+    out_ = std::make_unique<TextWriter>(out, 80);
     out_->word("IN;");
     return !out_->failed();
   }
@@ -35,10 +35,9 @@ class HpglDriver final : public Driver {
     char* p = buf;
     *p++ = 'P';
     *p++ = pen == Pen::Draw ? 'D' : 'U';
-    // The dispatch hands over whole plotter units within the int range.
-    p = format_int(p, static_cast<long long>(x));
+    p = format_int(p, device_int(x));
     *p++ = ',';
-    p = format_int(p, static_cast<long long>(y));
+    p = format_int(p, device_int(y));
     *p++ = ';';
     out_->word({buf, static_cast<std::size_t>(p - buf)});
   }

@@ -1,6 +1,7 @@
 // Java applet source ("JAVA", 701): the plot as a class whose paint method draws it with
 // java.awt.Graphics. Coordinates are integer pixels from the top left corner; the
-// pipeline converts them. The file compiles with javac as it stands:
+// pipeline converts them, the driver rounds them. The file compiles with javac as it
+// stands:
 //
 //   // Plot of the Zorvel plotting library 10.6, 14.11.2023 22:13:20
 //   import java.applet.Applet;
@@ -83,8 +84,8 @@ std::string_view base_name(std::string_view file) {
 
 class JavaDriver final : public Driver {
  public:
-  bool open(std::FILE* file, const DriverSetup& setup) override {
-    out_ = std::make_unique<TextWriter>(file, 0);
+  bool open(Sink* out, const DriverSetup& setup) override {
+    out_ = std::make_unique<TextWriter>(out, 0);
     width_ = pixels(setup.device_width);
     height_ = pixels(setup.device_height);
 
@@ -129,9 +130,8 @@ class JavaDriver final : public Driver {
     if (pen != Pen::Draw && pen != Pen::Move) {
       return;
     }
-    // The dispatch hands over whole pixels within the int range.
-    const auto nx = static_cast<long long>(x);
-    const auto ny = static_cast<long long>(y);
+    const long long nx = device_int(x);
+    const long long ny = device_int(y);
     if (pen == Pen::Draw) {
       const long long v[4] = {last_x_, last_y_, nx, ny};
       statement("  g.drawLine (", v, 4, ");\n");

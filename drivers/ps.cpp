@@ -29,16 +29,16 @@
 #include <string>
 #include <string_view>
 
-#include "api_decl.h"
 #include "core/format.h"
-#include "core/global_block.h"
-#include "core/keywords.h"
 #include "core/version.h"
 #include "drivers/registry.h"
 #include "drivers/text_writer.h"
 
 namespace zorvel {
 namespace {
+
+// The variants of the registry rows.
+enum Variant { kPost = 0, kPscl = 1, kEps = 2, kPs = 3 };
 
 // Points per driver unit: the prolog's `cm` multiplies by this value.
 constexpr double kPointsPerUnit = 0.1417322835;
@@ -178,21 +178,20 @@ void append_fixed(std::string& s, double v, int decimals, int width = 0) {
 
 class PsDriver final : public Driver {
  public:
-  bool open(std::FILE* file, const DriverSetup& setup) override;
+  bool open(Sink* out, const DriverSetup& setup) override;
   void point(double x, double y, Pen pen) override;
   void colour(Rgb rgb, int value) override;
-  void line_width(double width) override;
   void pen_width(const LineWidth& w) override;
   void line_cap(int cap) override;
   void line_join(int join, double miter_limit) override;
-  void fill(std::span<const double> xs, std::span<const double> ys, Rgb rgb) override;
+  void fill(const Path& path, Rgb rgb) override;
   void new_page() override;
   void text(const TextRun& run) override;
   bool close() override;
   bool failed() const override { return out_ && out_->failed(); }
   long long overflows() const override { return out_ ? out_->overflows() : 0; }
-  // Polygons are filled natively: rectangles through the prolog's `e`, others as paths.
-  unsigned caps() const override { return kCapFill | kCapText; }
+  // Paths are filled natively: rectangles through the prolog's `e`, others as paths.
+  unsigned caps() const override { return kCapFill | kCapText | kCapWidths; }
 
  private:
   void write_header(const DriverSetup& setup);
@@ -242,12 +241,12 @@ class PsDriver final : public Driver {
 // Opening
 // =======
 
-bool PsDriver::open(std::FILE* file, const DriverSetup& setup) {
-  out_ = std::make_unique<TextWriter>(file, 80);
-  eps_ = setup.device == 503;
+bool PsDriver::open(Sink* out, const DriverSetup& setup) {
+  out_ = std::make_unique<TextWriter>(out, 80);
+  eps_ = setup.variant == kEps;
   single_page_ = setup.single_page;
   landscape_ = setup.landscape;
-  fill_background_ = setup.device != 501 && !setup.reversed;
+  fill_background_ = setup.variant != kPost && !setup.reversed;
   background_w_ = to_unit(setup.page_width * setup.scale);
   background_h_ = to_unit(setup.page_height * setup.scale);
 
@@ -457,16 +456,6 @@ void PsDriver::write_colour() {
   out_->word("f ");
 }
 
-// A driver that is handed only a width in plot units treats it as a linwid value in
-// hardware mode.
-void PsDriver::line_width(double width) {
-  LineWidth w = width_;
-  w.n = std::clamp(to_unit(width), 1, 32000);
-  w.hardware = true;
-  w.width_scale = 1.0;
-  pen_width(w);
-}
-
 void PsDriver::pen_width(const LineWidth& w) {
   end_polyline();
   width_ = w;
@@ -503,11 +492,13 @@ void PsDriver::line_join(int join, double miter_limit) {
 // Fills
 // =====
 
-// Axis-parallel rectangles go through `e`; other polygons are filled as a path inside
-// gsave/grestore, so that the current colour stays in force.
-void PsDriver::fill(std::span<const double> xs, std::span<const double> ys, Rgb rgb) {
-  const std::size_t n = std::min(xs.size(), ys.size());
-  if (n < 3) {
+// Axis-parallel rectangles go through `e`; other paths are filled inside gsave/grestore,
+// so that the current colour stays in force. Contours after the first start with a
+// plain moveto, so that `u` does not begin a new path; the even-odd rule fills with
+// eofill.
+void PsDriver::fill(const Path& path, Rgb rgb) {
+  const std::size_t n = std::min(path.xs.size(), path.ys.size());
+  if (n < 3 || path.ends.empty()) {
     return;
   }
   end_polyline();
@@ -515,7 +506,9 @@ void PsDriver::fill(std::span<const double> xs, std::span<const double> ys, Rgb 
   const int g = std::clamp(rgb.g, 0, 255);
   const int b = std::clamp(rgb.b, 0, 255);
   TextWriter& out = *out_;
-  if (n == 4) {
+  const std::span<const double> xs = path.xs;
+  const std::span<const double> ys = path.ys;
+  if (n == 4 && path.ends.size() == 1) {
     const int x0 = to_unit(xs[0]), y0 = to_unit(ys[0]);
     const int x2 = to_unit(xs[2]), y2 = to_unit(ys[2]);
     const int x1 = to_unit(xs[1]), y1 = to_unit(ys[1]);
@@ -539,23 +532,38 @@ void PsDriver::fill(std::span<const double> xs, std::span<const double> ys, Rgb 
   out.int_word(g);
   out.int_word(b);
   out.word("f ");
-  for (std::size_t i = 0; i < n; ++i) {
-    out.int_word(to_unit(xs[i]));
-    out.int_word(to_unit(ys[i]));
-    out.word(i == 0 ? "u " : "d ");
+  std::size_t start = 0;
+  for (std::size_t c = 0; c < path.ends.size(); ++c) {
+    const std::size_t end = std::min(n, static_cast<std::size_t>(std::max(path.ends[c], 0)));
+    for (std::size_t i = start; i < end; ++i) {
+      out.int_word(to_unit(xs[i]));
+      out.int_word(to_unit(ys[i]));
+      if (i > start) {
+        out.word("d ");
+      } else if (c == 0) {
+        out.word("u ");
+      } else {
+        out.words("cm exch cm exch moveto ");
+      }
+    }
+    if (c + 1 < path.ends.size() && end > start) {
+      out.word("closepath ");
+    }
+    start = std::max(start, end);
   }
-  out.words("closepath fill grestore ");
+  out.words(path.rule == FillRule::EvenOdd ? "closepath eofill grestore "
+                                           : "closepath fill grestore ");
 }
 
 // Text
 // ====
 
-// One character in a driver font, centred on its base line by the prolog's `c`; `font`
+// Every character in a driver font, centred on its base line by the prolog's `c`; `font`
 // sets the face, `font2` a face stretched by chawth. The text fonts are re-encoded once
 // per page with GermanVec and the copyright sign at 187, under the name "<face>-Zv";
 // Symbol keeps its own encoding.
 void PsDriver::text(const TextRun& run) {
-  if (run.text.empty() || run.face.empty() || run.face.size() > 64) {
+  if (run.glyphs.empty() || run.face.empty() || run.face.size() > 64) {
     return;
   }
   end_polyline();
@@ -597,10 +605,10 @@ void PsDriver::text(const TextRun& run) {
   if (!(angle == angle)) {
     angle = 0.0;
   }
-  for (const char ch : run.text) {
-    out.int_word(static_cast<unsigned char>(ch));
-    out.int_word(to_unit(run.x));
-    out.int_word(to_unit(run.y));
+  for (const GlyphPlace& glyph : run.glyphs) {
+    out.int_word(glyph.code);
+    out.int_word(to_unit(glyph.x));
+    out.int_word(to_unit(glyph.y));
     if (std::fabs(angle - std::round(angle)) < 1e-6) {
       out.int_word(static_cast<long long>(std::round(angle)));
     } else {
@@ -675,15 +683,5 @@ bool PsDriver::close() {
 }  // namespace
 
 std::unique_ptr<Driver> make_ps_driver() { return std::make_unique<PsDriver>(); }
-
-namespace api {
-
-void psmode(GlobalBlock& g, const char* cmode) {
-  if (const int i = match_keyword(g, "MULT+SING", cmode); i != 0) {
-    g.ps.single_page = i == 2;
-  }
-}
-
-}  // namespace api
 
 }  // namespace zorvel

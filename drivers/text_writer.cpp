@@ -6,8 +6,8 @@
 
 namespace zorvel {
 
-TextWriter::TextWriter(std::FILE* file, int width)
-    : file_(file), width_(width), buf_(new char[kBlock]) {}
+TextWriter::TextWriter(Sink* sink, int width)
+    : sink_(sink), width_(width), buf_(new char[kBlock]) {}
 
 void TextWriter::append(std::string_view s) {
   while (!s.empty()) {
@@ -25,10 +25,8 @@ void TextWriter::drain() {
   if (len_ == 0) {
     return;
   }
-  if (!failed_ && file_ != nullptr) {
-    if (std::fwrite(buf_.get(), 1, len_, file_) != len_) {
-      failed_ = true;
-    }
+  if (!failed_ && sink_ != nullptr && !sink_->write(buf_.get(), len_)) {
+    failed_ = true;
   }
   total_ += len_;
   len_ = 0;
@@ -97,7 +95,7 @@ void TextWriter::raw(std::string_view bytes) { append(bytes); }
 
 bool TextWriter::finish() {
   drain();
-  if (file_ != nullptr && std::fflush(file_) != 0) {
+  if (!failed_ && sink_ != nullptr && !sink_->flush()) {
     failed_ = true;
   }
   return !failed_;

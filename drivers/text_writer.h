@@ -1,14 +1,15 @@
 #pragma once
 // The one text-output helper of the text formats (PostScript, SVG, metafile, HPGL,
 // applet source, PDF content). It keeps a line of at most `width` characters, breaks
-// lines only between words, formats numbers without printf, and writes the file in
-// large blocks. The first failed write is remembered (sticky) and reported by failed()
-// and finish(); nothing is written after it.
+// lines only between words, formats numbers without printf, and writes in large blocks
+// into a Sink (the plot file or memory). The first failed write is remembered (sticky)
+// and reported by failed() and finish(); nothing is written after it.
 
 #include <cstdint>
-#include <cstdio>
 #include <memory>
 #include <string_view>
+
+#include "drivers/sink.h"
 
 namespace zorvel {
 
@@ -16,8 +17,9 @@ class TextWriter {
  public:
   static constexpr std::size_t kBlock = 1 << 16;  // bytes per fwrite
 
-  // Writes into `file` (not owned). `width` is the longest line, 0 for no limit.
-  explicit TextWriter(std::FILE* file, int width = 80);
+  // Writes into `sink` (not owned; null discards). `width` is the longest line, 0 for
+  // no limit.
+  explicit TextWriter(Sink* sink, int width = 80);
   TextWriter(const TextWriter&) = delete;
   TextWriter& operator=(const TextWriter&) = delete;
   ~TextWriter() = default;  // does not flush: call finish()
@@ -43,7 +45,7 @@ class TextWriter {
   // Bytes outside the line discipline (for fixed-width records).
   void raw(std::string_view bytes);
 
-  // Writes every buffered byte and flushes the file; true when every write succeeded.
+  // Writes every buffered byte and flushes the sink; true when every write succeeded.
   bool finish();
 
   bool failed() const { return failed_; }
@@ -61,7 +63,7 @@ class TextWriter {
   }
   void drain();
 
-  std::FILE* file_;
+  Sink* sink_;
   int width_;
   int line_len_ = 0;
   bool failed_ = false;

@@ -359,7 +359,7 @@ namespace {
 
 void register_widget(JNIEnv* env, jint id, jstring cfun, const char* routine) {
   if (cfun == nullptr) {
-    zorvel::warn_in(routine, 2, {}, "cfun");
+    zorvel::warn_in(routine, 2, "cfun");
     return;
   }
   // A full registry and unreadable names fail silently, as for any bad name.
@@ -400,7 +400,7 @@ JNIEXPORT void JNICALL Java_zorvel_Zorvel_swgcb3(JNIEnv* env, jclass, jint id,
 // wincbk(String cfun): the Java method has the signature "(IIIII)V".
 JNIEXPORT void JNICALL Java_zorvel_Zorvel_wincbk(JNIEnv* env, jclass, jstring cfun) noexcept {
   if (cfun == nullptr) {
-    zorvel::warn_in("wincbk", 2, {}, "cfun");
+    zorvel::warn_in("wincbk", 2, "cfun");
     return;
   }
   zorvel::jni::register_window_callback(env, cfun);
@@ -413,7 +413,7 @@ JNIEXPORT void JNICALL Java_zorvel_Zorvel_surfun(JNIEnv* env, jclass, jstring cf
                                                  jdouble /*xdel*/, jint /*iypts*/,
                                                  jdouble /*ydel*/) noexcept {
   if (cfun == nullptr) {
-    zorvel::warn_in("surfun", 2, {}, "cfun");
+    zorvel::warn_in("surfun", 2, "cfun");
     return;
   }
   if (!zorvel::jni::register_user_function(env, cfun)) {

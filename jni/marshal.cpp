@@ -65,13 +65,13 @@ bool too_short(JNIEnv* env, jarray a, jint count) {
 
 }  // namespace
 
-void warn_short_array() { warn_in(kBinding, 301, "Not enough array elements"); }
+void warn_short_array() { warn_in(kBinding, 301); }
 
 void warn_no_memory(JNIEnv* env) {
   if (env != nullptr && env->ExceptionCheck() == JNI_TRUE) {
     env->ExceptionClear();
   }
-  warn_in(kBinding, 302, "Not enough memory");
+  warn_in(kBinding, 302);
 }
 
 // Pinned int[] and double[]
@@ -200,7 +200,7 @@ template class Cell<jfloatArray, jfloat, double>;
 
 StringIn::StringIn(JNIEnv* env, jstring s, const char* routine, const char* argument) noexcept {
   if (s == nullptr) {
-    warn_in(routine, 2, {}, argument);
+    warn_in(routine, 2, argument);
     return;
   }
   const auto units = static_cast<std::size_t>(env->GetStringLength(s));
@@ -307,7 +307,7 @@ FileArg::FileArg(jint code, const char* routine) noexcept {
       char buf[kNumberBuffer + 1];
       buf[0] = ' ';
       const char* end = format_int(buf + 1, code);
-      warn_in(routine, 2, {}, std::string_view(buf, static_cast<std::size_t>(end - buf)));
+      warn_in(routine, 2, std::string_view(buf, static_cast<std::size_t>(end - buf)));
       return;
     }
   }

@@ -6,7 +6,10 @@
 namespace zorvel {
 namespace {
 
-constexpr int kWarnText = 174;
+constexpr int kArrayFull = 171;   // more than kMaxTextCodes characters
+constexpr int kStringFull = 172;  // the UTF-8 buffer is too small
+constexpr int kTooBig = 173;      // a code outside UTF-8
+constexpr int kSyntaxError = 174; // not valid UTF-8
 
 bool is_continuation(unsigned char b) { return b >= 128 && b <= 191; }
 
@@ -32,19 +35,19 @@ bool decode_string(GlobalBlock& g, std::string_view s, int charset, CodeString& 
         code = lead & 7;
       } else {
         // A continuation byte where a character should begin, or a lead of 248 and up.
-        warn_custom(g, kWarnText, "Syntax error in UTF string");
+        warn(g, kSyntaxError);
         return false;
       }
       for (int k = 0; k < follow; ++k) {
         if (i >= len || !is_continuation(static_cast<unsigned char>(s[i]))) {
-          warn_custom(g, kWarnText, "Syntax error in UTF string");
+          warn(g, kSyntaxError);
           return false;
         }
         code = code * 64 + (static_cast<unsigned char>(s[i++]) & 63);
       }
     }
     if (out.n == kMaxTextCodes) {
-      warn_custom(g, kWarnText, "Not enough space in array");
+      warn(g, kArrayFull);
       return false;
     }
     out.code[static_cast<std::size_t>(out.n++)] = code;
@@ -57,7 +60,7 @@ bool decode_string(GlobalBlock& g, std::string_view s, int charset, CodeString& 
 
 int encode_utf8(GlobalBlock& g, const std::int32_t* codes, int n, char* buf, std::size_t size) {
   if (size == 0) {
-    warn_custom(g, kWarnText, "Not enough space in string");
+    warn(g, kStringFull);
     return -1;
   }
   const std::size_t cap = size - 1;  // room for the terminator
@@ -66,7 +69,7 @@ int encode_utf8(GlobalBlock& g, const std::int32_t* codes, int n, char* buf, std
     const std::int32_t c = codes[i];
     if (c < 0 || c >= 0x200000) {
       buf[out] = '\0';
-      warn_custom(g, kWarnText, "Number too big for UTF8 conversion");
+      warn(g, kTooBig);
       return -1;
     }
     unsigned char bytes[4];
@@ -88,7 +91,7 @@ int encode_utf8(GlobalBlock& g, const std::int32_t* codes, int n, char* buf, std
     }
     if (out + static_cast<std::size_t>(k) > cap) {
       buf[out] = '\0';
-      warn_custom(g, kWarnText, "Not enough space in string");
+      warn(g, kStringFull);
       return -1;
     }
     for (int j = 0; j < k; ++j) {

@@ -24,6 +24,10 @@ enum class DriverFace : int { Roman = 0, Greek = 1, Italic = 2 };
 // PostScript name of a face: "Times-Roman", "Symbol", "Times-Italic".
 std::string_view driver_face_name(DriverFace face);
 
+// The character that `code` (32..187) stands for in the face's encoding; 0 for codes
+// outside it.
+std::uint32_t driver_unicode(DriverFace face, int code);
+
 // Advance width of `code` (32..187) in thousandths of the font size; 0 where the face has
 // no glyph for the code.
 int driver_width(DriverFace face, int code);

@@ -22,7 +22,6 @@
 #include <cstdint>
 #include <string>
 
-#include "axes/number_format.h"
 #include "core/format.h"
 #include "core/global_block.h"
 #include "core/keywords.h"
@@ -250,33 +249,20 @@ void put_driver_char(GlobalBlock& g, DriverFace face, int k, int code) {
     shift = 0.5 * (cell - width);
     width = cell;
   }
-  PipelineState& p = g.pipe;
-  if (code != kBlank && !t.work.measuring && p.driver && visible(t, width)) {
-    const double sn = t.sin_a;
-    const double cs = t.cos_a;
+  if (code != kBlank && !t.work.measuring && g.pipe.driver && visible(t, width)) {
     const double u = shift + 0.5 * width;
-    const double x = t.work.x - sn * t.work.shift + u * cs + g.page.origin_x;
-    const double y = t.work.y - cs * t.work.shift - u * sn + g.page.origin_y;
-    // The device's view of the base line gives the angle and the scale.
-    constexpr double kProbe = 100.0;
-    double dx = 0.0;
-    double dy = 0.0;
-    double ex = 0.0;
-    double ey = 0.0;
-    to_device(p, x, y, dx, dy);
-    to_device(p, x + kProbe * cs, y - kProbe * sn, ex, ey);
-    const double scale = std::hypot(ex - dx, ey - dy) / kProbe;
-    const char byte = static_cast<char>(code);
+    GlyphPlace glyph;
+    glyph.x = t.work.x - t.sin_a * t.work.shift + u * t.cos_a;
+    glyph.y = t.work.y - t.cos_a * t.work.shift - u * t.sin_a;
+    glyph.code = static_cast<std::uint8_t>(code);
+    glyph.unicode = driver_unicode(face, code);
     TextRun run;
-    run.text = std::string_view(&byte, 1);
+    run.glyphs = std::span<const GlyphPlace>(&glyph, 1);
     run.face = driver_face_name(face);
-    run.x = dx;
-    run.y = dy;
-    run.angle = std::atan2(ey - dy, ex - dx) * (180.0 / 3.14159265358979323846);
-    run.size = kDriverEmPerHeight * t.height * scale;
+    run.angle = t.angle;
+    run.size = kDriverEmPerHeight * t.height;
     run.stretch = t.work.width_factor;
-    end_polyline(g);
-    p.driver->text(run);
+    draw_text_run(g, run);
   }
   advance(t, width + t.font.gap);
   t.work.last_gap = t.font.gap;
@@ -358,13 +344,11 @@ void check_page(GlobalBlock& g, std::string_view what, int x, int y) {
   if (x >= 0 && x <= g.page.width && y >= 0 && y <= g.page.height) {
     return;
   }
-  std::string text(what);
-  text += " (";
-  append_int5(text, x);
-  text += '/';
-  append_int5(text, y);
-  text += ") out of page";
-  warn_custom(g, 193, text);
+  std::string xs;
+  std::string ys;
+  append_int5(xs, x);
+  append_int5(ys, y);
+  warn(g, 193, what, xs, ys);
 }
 
 // The frame of frmess around the box of a string: `thickness` rectangles one plot unit

@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "api_decl.h"
-#include "axes/number_format.h"
+#include "core/format.h"
 #include "core/global_block.h"
 #include "core/keywords.h"
 #include "core/messages.h"
@@ -26,12 +26,9 @@ void draw_at(GlobalBlock& g, std::string_view s, int nx, int ny) {
   }
 }
 
-// Devices with fonts of their own that hwfont selects: PostScript, PDF and SVG, when
-// their driver writes text (kCapText).
+// Devices with fonts of their own that hwfont selects: those whose driver writes text.
 bool has_driver_font(const GlobalBlock& g) {
-  const int d = g.core.device;
-  const bool device = (d >= 501 && d <= 504) || d == 511 || d == 801;
-  return device && g.pipe.driver && (g.pipe.driver->caps() & kCapText) != 0;
+  return g.pipe.driver && (g.pipe.caps & kCapText) != 0U;
 }
 
 }  // namespace

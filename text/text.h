@@ -48,7 +48,7 @@ void draw_string_with(GlobalBlock& g, std::string_view s, double x, double y, in
                       int height);
 
 // Formats `value` with `digits` decimals (-1: integer, 0: trailing point; see
-// axes/number_format.h) into 41 characters and draws it like draw_string.
+// core/format.h) into 41 characters and draws it like draw_string.
 void draw_number(GlobalBlock& g, double value, int digits, double x, double y);
 
 // Makes alphabet k (0 STAN, 1 GREE, 2 MATH, 3 ITAL, 4 SCRI, 5 RUSS) the one whose unit

@@ -1,6 +1,6 @@
-// Unit tests of the library core: keyword matching, value checks, warning lines, number
-// formatting, page formats and the end-of-plot summary. Each test works on a block of
-// its own, with messages captured in memory.
+// Unit tests of the library core: keyword matching, value checks, warning lines, page
+// formats and the end-of-plot summary. Each test works on a block of its own, with
+// messages captured in memory.
 
 #include <gtest/gtest.h>
 
@@ -10,7 +10,6 @@
 #include <string>
 
 #include "api_decl.h"
-#include "core/format.h"
 #include "core/global_block.h"
 #include "tests/unit/captured.h"
 #include "core/keywords.h"
@@ -21,10 +20,6 @@ namespace zorvel {
 namespace {
 
 
-std::string fixed(double v, int decimals) {
-  char buf[kNumberBuffer];
-  return std::string(buf, format_fixed(buf, v, decimals));
-}
 
 TEST(Keywords, MatchesOnFourUpperCasedCharacters) {
   // Catches input that is not cut, upper-cased or blank-padded, and a count that is not
@@ -73,12 +68,12 @@ TEST(Checks, RangeAndDate) {
 }
 
 TEST(Warnings, EveryForm) {
-  // Catches a wrong line format for each kind of warning, text of unused numbers, custom
-  // texts above 100, counting of suppressed warnings and the 132-character limit.
+  // Catches a wrong line format for each kind of warning, text of unused numbers, texts
+  // above 100, counting of suppressed warnings and the 132-character limit.
   Captured c;
   warn(c.g, 36);
   warn(c.g, 60);
-  warn_custom(c.g, 169, "Plotfile does exist");
+  warn(c.g, 169);
   warn_text(c.g, 174, "Syntax error in UTF string");
   warn_text(c.g, -1, "Just a note");
   warn(c.g, 2, 0.5);
@@ -103,22 +98,6 @@ TEST(Warnings, EveryForm) {
   const std::string line = longer.text();
   EXPECT_EQ(line.size(), 132u);
   EXPECT_EQ(line.back(), '\n');
-}
-
-TEST(Format, FixedAndIntegers) {
-  // Catches "-0", "nan", wrong rounding and an overflow of the most negative integer.
-  EXPECT_EQ(fixed(-0.0001, 2), "0.00");
-  EXPECT_EQ(fixed(-0.005, 2), "-0.01");
-  EXPECT_EQ(fixed(2.675, 2), "2.67");  // the binary value lies below 2.675
-  EXPECT_EQ(fixed(std::nan(""), 3), "0.000");
-  EXPECT_EQ(fixed(1e300, 0), "1000000000000000");
-  EXPECT_EQ(fixed(10.6, 1), "10.6");
-  char buf[kNumberBuffer];
-  EXPECT_EQ(std::string(buf, format_int(buf, -9223372036854775807LL - 1)),
-            "-9223372036854775808");
-  EXPECT_EQ(std::string(buf, format_int(buf, 0)), "0");
-  char* end = format_fixed(buf, 1.5, 7);
-  EXPECT_EQ(std::string(buf, pad_left(buf, end, 10)), " 1.5000000");
 }
 
 TEST(Page, FormatsUnitsAndOrigin) {

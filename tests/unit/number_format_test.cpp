@@ -1,5 +1,6 @@
-// Unit tests of the general number formatter: exact texts for the digit modes, field
-// widths, and the limits of the buffer and of the values.
+// Unit tests of the number formatters of core/format.h: exact texts of the general
+// formatter for the digit modes, field widths and the limits of the buffer and of the
+// values; fixed-point and integer texts of the drivers and warning lines.
 
 #include <gtest/gtest.h>
 
@@ -7,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "axes/number_format.h"
+#include "core/format.h"
 
 namespace zorvel {
 namespace {
@@ -17,6 +18,11 @@ std::string num(double v, int digits, int width = 0, std::size_t size = 64) {
   const int n = format_number(buf.data(), size, v, digits, width);
   EXPECT_EQ(buf[static_cast<std::size_t>(n)], '\0');
   return std::string(buf.data(), static_cast<std::size_t>(n));
+}
+
+std::string fixed(double v, int decimals) {
+  char buf[kNumberBuffer];
+  return std::string(buf, format_fixed(buf, v, decimals));
 }
 
 TEST(NumberFormat, ExactTexts) {
@@ -37,6 +43,9 @@ TEST(NumberFormat, ExactTexts) {
   EXPECT_EQ(num(100.0, 0), "100.");
   EXPECT_EQ(num(19.999, 3), "19.999");
   EXPECT_EQ(num(1234567.0, -1), "1234567");
+  // Both sides of the limit where the digits stop coming from format_fixed.
+  EXPECT_EQ(num(1e15, -1), "1000000000000000");
+  EXPECT_EQ(num(1e15 + 2.0, -1), "1000000000000002");
   // Field widths: blanks on the left; a dropped sign keeps its column.
   EXPECT_EQ(num(3.25, 1, 6), "   3.3");
   EXPECT_EQ(num(-3.25, 1, 6), "  -3.3");
@@ -60,6 +69,22 @@ TEST(NumberFormat, LimitsAndBadValues) {
   char none[1] = {'x'};
   EXPECT_EQ(format_number(none, 0, 1.0, 1), 0);
   EXPECT_EQ(none[0], 'x');
+}
+
+TEST(NumberFormat, FixedAndIntegers) {
+  // Catches "-0", "nan", wrong rounding and an overflow of the most negative integer.
+  EXPECT_EQ(fixed(-0.0001, 2), "0.00");
+  EXPECT_EQ(fixed(-0.005, 2), "-0.01");
+  EXPECT_EQ(fixed(2.675, 2), "2.67");  // the binary value lies below 2.675
+  EXPECT_EQ(fixed(std::nan(""), 3), "0.000");
+  EXPECT_EQ(fixed(1e300, 0), "1000000000000000");
+  EXPECT_EQ(fixed(10.6, 1), "10.6");
+  char buf[kNumberBuffer];
+  EXPECT_EQ(std::string(buf, format_int(buf, -9223372036854775807LL - 1)),
+            "-9223372036854775808");
+  EXPECT_EQ(std::string(buf, format_int(buf, 0)), "0");
+  char* end = format_fixed(buf, 1.5, 7);
+  EXPECT_EQ(std::string(buf, pad_left(buf, end, 10)), " 1.5000000");
 }
 
 }  // namespace

@@ -24,11 +24,29 @@ struct Sent {
   Pen pen;
 };
 
+// A filled path as the driver received it.
+struct Filled {
+  std::vector<double> xs;
+  std::vector<double> ys;
+  std::vector<int> ends;
+  FillRule rule;
+  Rgb rgb;
+};
+
+// A text run as the driver received it.
+struct Written {
+  std::string utf8;
+  std::vector<GlyphPlace> glyphs;
+  std::string face;
+  double angle;
+  double size;
+};
+
 // Records everything the pipeline hands to a driver.
 class Recorder final : public Driver {
  public:
   explicit Recorder(unsigned caps) : caps_(caps) {}
-  bool open(std::FILE* /*file*/, const DriverSetup& setup) override {
+  bool open(Sink* /*out*/, const DriverSetup& setup) override {
     setup_ = setup;
     return true;
   }
@@ -39,10 +57,16 @@ class Recorder final : public Driver {
     values.push_back(value);
   }
   void pen_width(const LineWidth& w) override { widths.push_back(w); }
-  void fill(std::span<const double> xs, std::span<const double> ys, Rgb rgb) override {
-    fills.emplace_back(xs.begin(), xs.end());
-    fills.emplace_back(ys.begin(), ys.end());
-    fill_colours.push_back(rgb);
+  void fill(const Path& path, Rgb rgb) override {
+    fills.push_back({{path.xs.begin(), path.xs.end()},
+                     {path.ys.begin(), path.ys.end()},
+                     {path.ends.begin(), path.ends.end()},
+                     path.rule,
+                     rgb});
+  }
+  void text(const TextRun& run) override {
+    texts.push_back({std::string(run.utf8), {run.glyphs.begin(), run.glyphs.end()},
+                     std::string(run.face), run.angle, run.size});
   }
   bool close() override { return true; }
   bool failed() const override { return fail; }
@@ -52,8 +76,8 @@ class Recorder final : public Driver {
   std::vector<Rgb> colours;
   std::vector<int> values;
   std::vector<LineWidth> widths;
-  std::vector<std::vector<double>> fills;  // xs, ys, xs, ys, ...
-  std::vector<Rgb> fill_colours;
+  std::vector<Filled> fills;
+  std::vector<Written> texts;
   bool fail = false;             // what failed() reports
   long long overflow_count = 0;  // what overflows() reports
   DriverSetup setup_;

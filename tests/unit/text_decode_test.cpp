@@ -64,9 +64,9 @@ TEST(Decode, Utf8ErrorsAndLimits) {
   // 256 codes and trailing blanks beyond them still do not fit: blanks count first.
   EXPECT_FALSE(decode_string(c.g, std::string(256, 'x') + " ", kCharsetStan, out));
   EXPECT_EQ(c.text(),
-            " <<<< Warning 174: Not enough space in array in messag!\n"
-            " <<<< Warning 174: Not enough space in array in messag!\n"
-            " <<<< Warning 174: Not enough space in array in messag!\n");
+            " <<<< Warning 171: Not enough space in array in messag!\n"
+            " <<<< Warning 171: Not enough space in array in messag!\n"
+            " <<<< Warning 171: Not enough space in array in messag!\n");
 }
 
 TEST(Decode, ReverseConversion) {
@@ -89,8 +89,8 @@ TEST(Decode, ReverseConversion) {
   EXPECT_EQ(encode_utf8(c.g, big, 2, buf, sizeof buf), -1);
   EXPECT_STREQ(buf, "B");
   EXPECT_EQ(c.text(),
-            " <<<< Warning 174: Not enough space in string in messag!\n"
-            " <<<< Warning 174: Number too big for UTF8 conversion in messag!\n");
+            " <<<< Warning 172: Not enough space in string in messag!\n"
+            " <<<< Warning 173: Number too big for UTF8 conversion in messag!\n");
 }
 
 }  // namespace

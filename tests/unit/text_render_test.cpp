@@ -34,7 +34,7 @@ struct Point {
 
 class TextRecorder final : public Driver {
  public:
-  bool open(std::FILE* /*file*/, const DriverSetup& /*setup*/) override { return true; }
+  bool open(Sink* /*out*/, const DriverSetup& /*setup*/) override { return true; }
   void point(double x, double y, Pen pen) override {
     if (pen == Pen::Move || pen == Pen::Draw) {
       points.push_back({x, y, pen == Pen::Move});
@@ -42,13 +42,17 @@ class TextRecorder final : public Driver {
   }
   unsigned caps() const override { return caps_; }
   unsigned caps_ = kCapFill | kCapText;
-  void fill(std::span<const double> xs, std::span<const double> ys, Rgb /*rgb*/) override {
-    fills.emplace_back(xs.begin(), xs.end());
-    fills.emplace_back(ys.begin(), ys.end());
+  void fill(const Path& path, Rgb /*rgb*/) override {
+    fills.emplace_back(path.xs.begin(), path.xs.end());
+    fills.emplace_back(path.ys.begin(), path.ys.end());
   }
   void text(const TextRun& run) override {
     runs.push_back(run);
-    run_text.emplace_back(run.text);
+    std::string codes;
+    for (const GlyphPlace& glyph : run.glyphs) {
+      codes += static_cast<char>(glyph.code);
+    }
+    run_text.push_back(codes);
     run_face.emplace_back(run.face);
   }
   bool close() override { return true; }
@@ -354,16 +358,12 @@ TEST(TextDriverFont, RunsAndWidths) {
   EXPECT_EQ(p.rec->run_face.size(), 5U);
   end_polyline(g);
   EXPECT_FALSE(p.rec->points.empty());
-  // On a device without fonts of its own, or whose driver cannot write them, hwfont is
-  // complx.
-  TextPlot m;
-  api::hwfont(m.g);
-  EXPECT_EQ(m.g.text.font.mode, FontMode::Stroke);
-  EXPECT_EQ(m.g.text.font.type, kFontComplx);
+  // On a device whose driver cannot write fonts of its own, hwfont is complx.
   TextPlot mute(504, false);
-  mute.rec->caps_ = kCapFill;
+  mute.g.pipe.caps = kCapFill;
   api::hwfont(mute.g);
   EXPECT_EQ(mute.g.text.font.mode, FontMode::Stroke);
+  EXPECT_EQ(mute.g.text.font.type, kFontComplx);
 }
 
 }  // namespace
