@@ -4,6 +4,7 @@
 // commented in its subsystem's header and owned by that subsystem's code. A new block
 // starts with the defaults written into those structs.
 
+#include "core/callbacks.h"
 #include "core/lifecycle.h"
 #include "core/messages.h"
 #include "core/page.h"
@@ -20,6 +21,7 @@ struct GlobalBlock {
   PipelineState pipe;  // vector pipeline and the output driver
   ColourState colour;  // colour table and the current colour
   TextState text;      // text parameters, the loaded font, the string being drawn
+  CallbackState callbacks;  // the program's widget, window and surface callbacks
   GlobalBlock() = default;
   GlobalBlock(const GlobalBlock&) = delete;
   GlobalBlock& operator=(const GlobalBlock&) = delete;

@@ -60,6 +60,38 @@ void to_device(const PipelineState& p, double x, double y, double& dx, double& d
   dy = y;
 }
 
+void from_device(const PipelineState& p, double dx, double dy, double& x, double& y) {
+  const double s = p.scale != 0.0 ? p.scale : 1.0;
+  const double w = p.page_w;
+  const double h = p.page_h;
+  switch (p.dispatch) {
+    case Dispatch::Pixels:
+      x = p.rotated ? w - dy / s : dx / s;
+      y = p.rotated ? dx / s : dy / s;
+      return;
+    case Dispatch::Metafile:
+      x = p.rotated ? dy / s : dx / s - p.x_offset;
+      y = p.rotated ? dx / s - p.x_offset : h - dy / s;
+      return;
+    case Dispatch::Hpgl:
+      x = p.rotated ? (dy - p.device_dy) / s : (dx - p.device_dx) / s;
+      y = p.rotated ? (dx - p.device_dx) / s : h - (dy - p.device_dy) / s;
+      return;
+    case Dispatch::HpglSheet:
+      x = p.rotated ? w - (dy - p.device_dy) / s : (dx - p.device_dx) / s;
+      y = h - (p.rotated ? dx - p.device_dx : dy - p.device_dy) / s;
+      return;
+    case Dispatch::Paper:
+      x = p.rotated ? dy / s : dx / s;
+      y = p.rotated ? dx / s : h - dy / s;
+      return;
+    case Dispatch::None:
+      break;
+  }
+  x = dx;
+  y = dy;
+}
+
 void plot_point(GlobalBlock& g, double x, double y, Pen pen) {
   PipelineState& p = g.pipe;
   if (pen == Pen::Draw && g.core.vectors < 0x7fffffff) {

@@ -211,6 +211,24 @@ bool close_device(GlobalBlock& g) {
   return ok;
 }
 
+bool cursor_input(GlobalBlock& g, double& x, double& y, int& button, int& key) {
+  PipelineState& p = g.pipe;
+  if (!p.driver) {
+    return false;
+  }
+  flush_polyline(g);
+  InputEvent e;
+  if (!p.driver->input(e)) {
+    return false;
+  }
+  from_device(p, e.x, e.y, x, y);
+  x -= g.page.origin_x;
+  y -= g.page.origin_y;
+  button = e.button;
+  key = e.key;
+  return true;
+}
+
 void check_driver(GlobalBlock& g) {
   PipelineState& p = g.pipe;
   if (!p.driver) {

@@ -273,6 +273,9 @@ int clip_polygon(const PipelineState& p, std::vector<double>& xs, std::vector<do
 void plot_point(GlobalBlock& g, double x, double y, Pen pen);
 // The conversion alone, for fills.
 void to_device(const PipelineState& p, double x, double y, double& dx, double& dy);
+// Its inverse: device units back into plot units (with the origin offset), for cursor
+// input.
+void from_device(const PipelineState& p, double dx, double dy, double& x, double& y);
 
 // Widening (widen.cpp)
 // ====================
@@ -295,6 +298,11 @@ bool open_driver(GlobalBlock& g, const DeviceInfo& dev, std::unique_ptr<Driver> 
 // Flushes pending output and has the driver write its closing part. True when every
 // write of the plot succeeded. The driver is released.
 bool close_device(GlobalBlock& g);
+
+// Waits for cursor input on the device: the cursor in plot units (origin offset
+// removed), the mouse button (1..3, 0 for a key) and the key. False when the device has
+// no input.
+bool cursor_input(GlobalBlock& g, double& x, double& y, int& button, int& key);
 
 // Reports a failed write (warning 36, once per plot) and words the driver had to drop
 // (warning 176), both as soon as they are known.

@@ -76,6 +76,8 @@ constexpr double kSheets[4][2] = {{2970, 2100}, {4200, 2970}, {5940, 4200}, {841
 
 }  // namespace
 
+std::span<const DeviceInfo> all_devices() { return kDevices; }
+
 const DeviceInfo* find_device(std::string_view key4) {
   for (const DeviceInfo& d : kDevices) {
     if (d.key == key4) {

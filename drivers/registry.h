@@ -6,6 +6,7 @@
 // code; a new format is one driver source plus one row.
 
 #include <memory>
+#include <span>
 #include <string_view>
 
 #include "drivers/driver.h"
@@ -100,6 +101,8 @@ struct DeviceInfo {
   DriverFactory factory;       // null while no driver for the device exists
 };
 
+// Every row, in the table's order.
+std::span<const DeviceInfo> all_devices();
 // Row of a metafl keyword (exact, 4 characters), or null.
 const DeviceInfo* find_device(std::string_view key4);
 // Row of a device code, or null.

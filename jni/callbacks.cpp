@@ -1,14 +1,8 @@
 // Everything of the Java binding that is shared by the whole process lives in this file:
-// the JavaVM, the widget callback registry, the window callback and the user function of
-// surfun, and the one mutex that guards them. The library's threads read the registry
-// while Java threads may register, so every access takes the mutex; Java is never called
-// with the mutex held (a callback may register further callbacks).
-//
-// The natives of swgcbk, swgcb2, swgcb3, wincbk and surfun are written here by hand:
-// their C counterparts take function pointers, which Java cannot give. Until the widget
-// and surface subsystems exist they fill the registry only; those subsystems will call
-// dispatch_widget_event, dispatch_window_event and call_user_function from the native
-// callbacks that these natives hand to the library.
+// the JavaVM, the callback registries and the one mutex that guards them. The library's
+// threads read the registries while Java threads may register, so every access takes the
+// mutex; Java is never called with the mutex held (a callback may register further
+// callbacks).
 
 #include "jni/callbacks.h"
 
@@ -17,32 +11,47 @@
 #include <cstdio>
 #include <mutex>
 #include <string>
+#include <vector>
 
+#include "core/callbacks.h"
 #include "core/messages.h"
 #include "jni/marshal.h"
 
 namespace zorvel::jni {
+
+static_assert(kMaxKeyedCallbacks == kMaxWidgetCallbacks,
+              "the registry of widget handlers keeps what the library's widget table keeps");
+
 namespace {
 
-struct WidgetEntry {
-  int id = 0;
+struct Handler {
+  int key = 0;
   std::string name;  // "class.method" in the JVM's modified UTF-8, as FindClass wants it
+};
+
+struct Registry {
+  std::vector<Handler> handlers;  // in the order of their first registration
+  jclass function_class = nullptr;  // global reference
+  jmethodID function = nullptr;
 };
 
 struct Callbacks {
   std::atomic<JavaVM*> vm{nullptr};
   std::mutex lock;
-  std::array<WidgetEntry, kMaxWidgetCallbacks> widgets;
-  int count = 0;
-  std::string window_name;
-  jclass user_class = nullptr;  // global reference
-  jmethodID user_method = nullptr;
+  std::array<Registry, kMaxRegistries> registries;
 };
 
 Callbacks& state() {
   // Never destroyed: library threads may raise events while the process exits.
   static Callbacks* c = new Callbacks;
   return *c;
+}
+
+Registry* registry_of(int registry) {
+  if (registry < 0 || registry >= kMaxRegistries) {
+    return nullptr;
+  }
+  return &state().registries[static_cast<std::size_t>(registry)];
 }
 
 // The calling thread's JNIEnv. A thread unknown to the virtual machine is attached as a
@@ -90,14 +99,17 @@ void remember_vm_of(JNIEnv* env) {
   }
 }
 
-// The text of a Java string in modified UTF-8; false for null or exhausted memory.
-bool read_name(JNIEnv* env, jstring s, std::string& out) {
+// The text of a Java string in modified UTF-8. A null string gives warning 2 naming the
+// argument, exhausted memory warning 302; both return false.
+bool read_name(JNIEnv* env, jstring s, std::string& out, const char* routine,
+               const char* argument) {
   if (s == nullptr) {
+    warn_in(routine, 2, argument);
     return false;
   }
   const char* chars = env->GetStringUTFChars(s, nullptr);
   if (chars == nullptr) {
-    env->ExceptionClear();
+    warn_no_memory(env);
     return false;
   }
   bool ok = true;
@@ -107,6 +119,9 @@ bool read_name(JNIEnv* env, jstring s, std::string& out) {
     ok = false;
   }
   env->ReleaseStringUTFChars(s, chars);
+  if (!ok) {
+    warn_no_memory(nullptr);
+  }
   return ok;
 }
 
@@ -143,15 +158,6 @@ bool resolve(JNIEnv* env, const std::string& name, const char* signature, Static
   return true;
 }
 
-// An exception thrown by the Java method is shown and cleared: the library's code that
-// raised the event must go on, and a pending exception would break the next JNI call.
-void after_call(JNIEnv* env) {
-  if (env->ExceptionCheck() == JNI_TRUE) {
-    env->ExceptionDescribe();
-    env->ExceptionClear();
-  }
-}
-
 }  // namespace
 
 void remember_vm(JavaVM* vm) { state().vm.store(vm, std::memory_order_release); }
@@ -159,59 +165,62 @@ void remember_vm(JavaVM* vm) { state().vm.store(vm, std::memory_order_release); 
 // Registration
 // ============
 
-bool register_widget_callback(JNIEnv* env, jint id, jstring name) {
+bool keep_handler(JNIEnv* env, int registry, int key, jstring name, const char* routine,
+                  const char* argument) noexcept {
   remember_vm_of(env);
+  Registry* r = registry_of(registry);
   std::string text;
-  if (!read_name(env, name, text)) {
+  if (r == nullptr || !read_name(env, name, text, routine, argument)) {
     return false;
   }
-  Callbacks& c = state();
-  std::lock_guard<std::mutex> guard(c.lock);
-  if (c.count >= kMaxWidgetCallbacks) {
+  std::lock_guard<std::mutex> guard(state().lock);
+  for (Handler& h : r->handlers) {
+    if (h.key == key) {
+      h.name.swap(text);
+      return true;
+    }
+  }
+  if (r->handlers.size() >= static_cast<std::size_t>(kMaxKeyedCallbacks)) {
+    return true;  // the library's table is full as well and ignores the registration
+  }
+  try {
+    r->handlers.push_back(Handler{key, std::move(text)});
+  } catch (...) {
+    warn_no_memory(nullptr);
     return false;
   }
-  WidgetEntry& e = c.widgets[static_cast<std::size_t>(c.count)];
-  e.id = id;
-  e.name.swap(text);
-  ++c.count;
   return true;
 }
 
-bool register_window_callback(JNIEnv* env, jstring name) {
+bool keep_function(JNIEnv* env, int registry, jstring name, const char* signature,
+                   const char* routine, const char* argument) noexcept {
   remember_vm_of(env);
+  Registry* r = registry_of(registry);
   std::string text;
-  if (!read_name(env, name, text)) {
-    return false;
-  }
-  Callbacks& c = state();
-  std::lock_guard<std::mutex> guard(c.lock);
-  c.window_name.swap(text);
-  return true;
-}
-
-bool register_user_function(JNIEnv* env, jstring name) {
-  remember_vm_of(env);
-  std::string text;
-  if (!read_name(env, name, text)) {
+  if (r == nullptr || !read_name(env, name, text, routine, argument)) {
     return false;
   }
   StaticMethod m;
-  if (!resolve(env, text, "(FF)F", m)) {
+  try {
+    if (!resolve(env, text, signature, m)) {
+      return false;
+    }
+  } catch (...) {
+    warn_no_memory(env);
     return false;
   }
   auto global = static_cast<jclass>(env->NewGlobalRef(m.cls));
   env->DeleteLocalRef(m.cls);
   if (global == nullptr) {
-    env->ExceptionClear();
+    warn_no_memory(env);
     return false;
   }
   jclass old = nullptr;
   {
-    Callbacks& c = state();
-    std::lock_guard<std::mutex> guard(c.lock);
-    old = c.user_class;
-    c.user_class = global;
-    c.user_method = m.id;
+    std::lock_guard<std::mutex> guard(state().lock);
+    old = r->function_class;
+    r->function_class = global;
+    r->function = m.id;
   }
   if (old != nullptr) {
     env->DeleteGlobalRef(old);
@@ -220,157 +229,115 @@ bool register_user_function(JNIEnv* env, jstring name) {
 }
 
 void clear_callbacks() {
-  Callbacks& c = state();
-  jclass old = nullptr;
+  std::array<jclass, kMaxRegistries> old{};
   {
+    Callbacks& c = state();
     std::lock_guard<std::mutex> guard(c.lock);
-    for (int i = 0; i < c.count; ++i) {
-      c.widgets[static_cast<std::size_t>(i)].name.clear();
+    for (std::size_t i = 0; i < c.registries.size(); ++i) {
+      Registry& r = c.registries[i];
+      r.handlers.clear();
+      old[i] = r.function_class;
+      r.function_class = nullptr;
+      r.function = nullptr;
     }
-    c.count = 0;
-    c.window_name.clear();
-    old = c.user_class;
-    c.user_class = nullptr;
-    c.user_method = nullptr;
   }
-  if (old != nullptr) {
-    if (JNIEnv* env = thread_env()) {
-      env->DeleteGlobalRef(old);
+  JNIEnv* env = thread_env();
+  for (jclass cls : old) {
+    if (cls != nullptr && env != nullptr) {
+      env->DeleteGlobalRef(cls);
     }
   }
 }
 
-// Events
-// ======
+// Calls
+// =====
 
-void dispatch_widget_event(WidgetKind kind, int id, int a, int b) {
+JavaCallback::JavaCallback(int registry, int key, const char* signature) noexcept {
+  Registry* r = registry_of(registry);
+  if (r == nullptr) {
+    return;
+  }
   std::string name;
   {
-    Callbacks& c = state();
-    std::lock_guard<std::mutex> guard(c.lock);
-    if (c.count == 0) {
+    std::lock_guard<std::mutex> guard(state().lock);
+    if (r->handlers.empty()) {
       return;
     }
-    const WidgetEntry* entry = &c.widgets[0];
-    for (int i = 0; i < c.count; ++i) {
-      if (c.widgets[static_cast<std::size_t>(i)].id == id) {
-        entry = &c.widgets[static_cast<std::size_t>(i)];
+    const Handler* h = &r->handlers.front();
+    for (const Handler& each : r->handlers) {
+      if (each.key == key) {
+        h = &each;
         break;
       }
     }
     try {
-      name = entry->name;
+      name = h->name;
     } catch (...) {
       return;
     }
   }
-  JNIEnv* env = thread_env();
-  if (env == nullptr) {
+  env_ = thread_env();
+  if (env_ == nullptr) {
     return;
   }
-  static constexpr const char* kSignatures[] = {"(I)V", "(III)V", "(II)V"};
   StaticMethod m;
-  if (!resolve(env, name, kSignatures[static_cast<int>(kind)], m)) {
-    return;
-  }
-  switch (kind) {
-    case WidgetKind::Single:
-      env->CallStaticVoidMethod(m.cls, m.id, static_cast<jint>(id));
-      break;
-    case WidgetKind::Triple:
-      env->CallStaticVoidMethod(m.cls, m.id, static_cast<jint>(id), static_cast<jint>(a),
-                                static_cast<jint>(b));
-      break;
-    case WidgetKind::Pair:
-      env->CallStaticVoidMethod(m.cls, m.id, static_cast<jint>(id), static_cast<jint>(a));
-      break;
-  }
-  after_call(env);
-  env->DeleteLocalRef(m.cls);
-}
-
-void dispatch_window_event(int a, int b, int c, int d, int e) {
-  std::string name;
-  {
-    Callbacks& s = state();
-    std::lock_guard<std::mutex> guard(s.lock);
-    try {
-      name = s.window_name;
-    } catch (...) {
+  try {
+    if (!resolve(env_, name, signature, m)) {
       return;
     }
-  }
-  if (name.empty()) {
+  } catch (...) {
     return;
   }
-  JNIEnv* env = thread_env();
-  if (env == nullptr) {
-    return;
-  }
-  StaticMethod m;
-  if (!resolve(env, name, "(IIIII)V", m)) {
-    return;
-  }
-  env->CallStaticVoidMethod(m.cls, m.id, static_cast<jint>(a), static_cast<jint>(b),
-                            static_cast<jint>(c), static_cast<jint>(d), static_cast<jint>(e));
-  after_call(env);
-  env->DeleteLocalRef(m.cls);
+  cls_ = m.cls;
+  method_ = m.id;
 }
 
-double call_user_function(double x, double y) {
-  JNIEnv* env = thread_env();
-  if (env == nullptr) {
-    return 0.0;
+JavaCallback::JavaCallback(int registry) noexcept {
+  Registry* r = registry_of(registry);
+  if (r == nullptr) {
+    return;
   }
-  jclass cls = nullptr;
-  jmethodID method = nullptr;
-  {
-    // A local reference of our own keeps the class alive should another thread replace
-    // the user function during the call.
-    Callbacks& c = state();
-    std::lock_guard<std::mutex> guard(c.lock);
-    if (c.user_class == nullptr) {
-      return 0.0;
-    }
-    cls = static_cast<jclass>(env->NewLocalRef(c.user_class));
-    method = c.user_method;
+  env_ = thread_env();
+  if (env_ == nullptr) {
+    return;
   }
-  if (cls == nullptr) {
-    env->ExceptionClear();
-    return 0.0;
+  // A local reference of our own keeps the class alive should another thread replace the
+  // function during the call.
+  std::lock_guard<std::mutex> guard(state().lock);
+  if (r->function_class == nullptr) {
+    return;
   }
-  const jfloat z =
-      env->CallStaticFloatMethod(cls, method, static_cast<jfloat>(x), static_cast<jfloat>(y));
-  double result = z;
-  if (env->ExceptionCheck() == JNI_TRUE) {
-    after_call(env);
-    result = 0.0;
+  cls_ = static_cast<jclass>(env_->NewLocalRef(r->function_class));
+  method_ = r->function;
+  if (cls_ == nullptr) {
+    env_->ExceptionClear();
   }
-  env->DeleteLocalRef(cls);
-  return result;
+}
+
+JavaCallback::~JavaCallback() {
+  if (env_ == nullptr) {
+    return;
+  }
+  threw();
+  if (cls_ != nullptr) {
+    env_->DeleteLocalRef(cls_);
+  }
+}
+
+// An exception thrown by the Java method is shown and cleared: the library's code that
+// made the call must go on, and a pending exception would break the next JNI call.
+bool JavaCallback::threw() noexcept {
+  if (env_ != nullptr && env_->ExceptionCheck() == JNI_TRUE) {
+    env_->ExceptionDescribe();
+    env_->ExceptionClear();
+    return true;
+  }
+  return false;
 }
 
 }  // namespace zorvel::jni
 
-// The natives of the callback routines
-// ====================================
-
-namespace {
-
-void register_widget(JNIEnv* env, jint id, jstring cfun, const char* routine) {
-  if (cfun == nullptr) {
-    zorvel::warn_in(routine, 2, "cfun");
-    return;
-  }
-  // A full registry and unreadable names fail silently, as for any bad name.
-  zorvel::jni::register_widget_callback(env, id, cfun);
-}
-
-}  // namespace
-
-extern "C" {
-
-JNIEXPORT jint JNICALL JNI_OnLoad(JavaVM* vm, void* /*reserved*/) {
+extern "C" JNIEXPORT jint JNICALL JNI_OnLoad(JavaVM* vm, void* /*reserved*/) {
   zorvel::jni::remember_vm(vm);
   // The library writes its messages through C's stdout, the Java program through
   // System.out on the same descriptor. Line buffering keeps both in order when the output
@@ -378,48 +345,3 @@ JNIEXPORT jint JNICALL JNI_OnLoad(JavaVM* vm, void* /*reserved*/) {
   std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
   return JNI_VERSION_1_6;
 }
-
-// swgcbk(int id, String cfun): the Java method has the signature "(I)V".
-JNIEXPORT void JNICALL Java_zorvel_Zorvel_swgcbk(JNIEnv* env, jclass, jint id,
-                                                 jstring cfun) noexcept {
-  register_widget(env, id, cfun, "swgcbk");
-}
-
-// swgcb2(int id, String cfun): the Java method has the signature "(III)V".
-JNIEXPORT void JNICALL Java_zorvel_Zorvel_swgcb2(JNIEnv* env, jclass, jint id,
-                                                 jstring cfun) noexcept {
-  register_widget(env, id, cfun, "swgcb2");
-}
-
-// swgcb3(int id, String cfun): the Java method has the signature "(II)V".
-JNIEXPORT void JNICALL Java_zorvel_Zorvel_swgcb3(JNIEnv* env, jclass, jint id,
-                                                 jstring cfun) noexcept {
-  register_widget(env, id, cfun, "swgcb3");
-}
-
-// wincbk(String cfun): the Java method has the signature "(IIIII)V".
-JNIEXPORT void JNICALL Java_zorvel_Zorvel_wincbk(JNIEnv* env, jclass, jstring cfun) noexcept {
-  if (cfun == nullptr) {
-    zorvel::warn_in("wincbk", 2, "cfun");
-    return;
-  }
-  zorvel::jni::register_window_callback(env, cfun);
-}
-
-// surfun(String cfun, int ixpts, double xdel, int iypts, double ydel): the function of
-// the surface has the signature "(FF)F". It is resolved now; a name that cannot be found
-// returns without drawing.
-JNIEXPORT void JNICALL Java_zorvel_Zorvel_surfun(JNIEnv* env, jclass, jstring cfun, jint /*ixpts*/,
-                                                 jdouble /*xdel*/, jint /*iypts*/,
-                                                 jdouble /*ydel*/) noexcept {
-  if (cfun == nullptr) {
-    zorvel::warn_in("surfun", 2, "cfun");
-    return;
-  }
-  if (!zorvel::jni::register_user_function(env, cfun)) {
-    return;
-  }
-  // The surface subsystem will draw here, with call_user_function as its function.
-}
-
-}  // extern "C"

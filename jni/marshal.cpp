@@ -55,7 +55,7 @@ struct ArrayOps<jfloatArray> {
 };
 
 // Fewer elements than the routine will touch: warning 301, no call.
-bool too_short(JNIEnv* env, jarray a, jint count) {
+bool too_short(JNIEnv* env, jarray a, std::int64_t count) {
   if (count > env->GetArrayLength(a)) {
     warn_short_array();
     return true;
@@ -78,7 +78,8 @@ void warn_no_memory(JNIEnv* env) {
 // =========================
 
 template <typename JArray, typename T>
-PinnedArray<JArray, T>::PinnedArray(JNIEnv* env, JArray a, jint count, Dir /*dir*/) noexcept
+PinnedArray<JArray, T>::PinnedArray(JNIEnv* env, JArray a, std::int64_t count,
+                                    Dir /*dir*/) noexcept
     : env_(env), a_(a) {
   if (a == nullptr) {
     ok_ = true;  // the routine's own check reports a null array that it would read
@@ -120,7 +121,7 @@ template class PinnedArray<jdoubleArray, jdouble>;
 // float[] through a double temporary
 // ==================================
 
-FloatArray::FloatArray(JNIEnv* env, jfloatArray a, jint count, Dir /*dir*/) noexcept
+FloatArray::FloatArray(JNIEnv* env, jfloatArray a, std::int64_t count, Dir /*dir*/) noexcept
     : env_(env), a_(a) {
   if (a == nullptr) {
     ok_ = true;
@@ -129,7 +130,7 @@ FloatArray::FloatArray(JNIEnv* env, jfloatArray a, jint count, Dir /*dir*/) noex
   if (too_short(env, a, count)) {
     return;
   }
-  n_ = count > 0 ? count : 0;
+  n_ = count > 0 ? static_cast<jint>(count) : 0;  // at most the array's length
   p_.reset(new (std::nothrow) double[static_cast<std::size_t>(n_) + 1]);
   if (!p_) {
     warn_no_memory(env);

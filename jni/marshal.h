@@ -24,6 +24,7 @@
 
 #include <jni.h>
 
+#include <cstdint>
 #include <cstdio>
 #include <memory>
 #include <type_traits>
@@ -39,15 +40,22 @@ void warn_short_array();
 // Warning 302 in the name "Java", after clearing a pending exception of the VM.
 void warn_no_memory(JNIEnv* env);
 
-enum class Dir { In, Out };
+enum class Dir { In, Out, InOut };
 
-// An int[] or double[] handed through as the library's int* or double*. The virtual
-// machine's elements are taken for the call; an input array is released without
-// copy-back (the library only reads it), an output array with it by commit().
+// The element count of an nx by ny array, without overflow: 0 when either is not
+// positive.
+constexpr std::int64_t cells(jint nx, jint ny) {
+  return nx > 0 && ny > 0 ? std::int64_t{nx} * ny : 0;
+}
+
+// An int[] or double[] handed through as the library's int* or double*, holding at least
+// `count` elements. The virtual machine's elements are taken for the call; an input
+// array is released without copy-back (the library only reads it), an output or in/out
+// array with it by commit().
 template <typename JArray, typename T>
 class PinnedArray {
  public:
-  PinnedArray(JNIEnv* env, JArray a, jint count, Dir dir) noexcept;
+  PinnedArray(JNIEnv* env, JArray a, std::int64_t count, Dir dir) noexcept;
   ~PinnedArray();
   PinnedArray(const PinnedArray&) = delete;
   PinnedArray& operator=(const PinnedArray&) = delete;
@@ -68,10 +76,10 @@ using DoubleArray = PinnedArray<jdoubleArray, jdouble>;
 
 // A float[] for the library's double*: its first `count` elements widened into a
 // temporary double array (also for output arrays, so that a routine may read them);
-// commit() narrows the values back into the Java array.
+// commit() narrows the values back into the Java array (output and in/out arrays).
 class FloatArray {
  public:
-  FloatArray(JNIEnv* env, jfloatArray a, jint count, Dir dir) noexcept;
+  FloatArray(JNIEnv* env, jfloatArray a, std::int64_t count, Dir dir) noexcept;
   FloatArray(const FloatArray&) = delete;
   FloatArray& operator=(const FloatArray&) = delete;
 

@@ -1,16 +1,15 @@
 #!/usr/bin/env bash
 # Builds Zorvel and runs every test: the normal build (g++), then the whole suite once
 # more under AddressSanitizer and UndefinedBehaviorSanitizer (clang). Warnings are
-# errors in both builds. Installs missing Debian packages first.
+# errors in both builds. Installs missing Debian packages first. The normal build is
+# build/, configured by tools/configure.sh as for tools/gallery.sh.
 # Usage: tools/check.sh [--quick]    (--quick: skip the sanitizer build)
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
-"$root/tools/deps.sh"
 jobs=$(nproc 2>/dev/null || echo 2)
 
 echo "== Build and test (g++)"
-cmake -S "$root" -B "$root/build" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DZORVEL_WERROR=ON \
-      -DCMAKE_CXX_COMPILER=g++ -DCMAKE_C_COMPILER=gcc > /dev/null
+"$root/tools/configure.sh"
 cmake --build "$root/build" -j"$jobs"
 ctest --test-dir "$root/build" -j"$jobs" --output-on-failure
 

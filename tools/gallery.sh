@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
 # Builds Zorvel and runs the example gallery; every example writes its plots into the
-# folder given (default: gallery/ at the top of the repository).
+# folder given (default: gallery/ at the top of the repository). Builds in build/,
+# configured by tools/configure.sh as for tools/check.sh.
 # Usage: tools/gallery.sh [output folder]
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 out=$(mkdir -p "${1:-$root/gallery}" && cd "${1:-$root/gallery}" && pwd)
-"$root/tools/deps.sh"
 jobs=$(nproc 2>/dev/null || echo 2)
-cmake -S "$root" -B "$root/build" -DCMAKE_BUILD_TYPE=RelWithDebInfo > /dev/null
+"$root/tools/configure.sh"
 cmake --build "$root/build" -j"$jobs" --target gallery_examples
 cd "$out"
 export SOURCE_DATE_EPOCH=${SOURCE_DATE_EPOCH:-1700000000}

@@ -16,24 +16,27 @@ Options:
   --header H    C header that declares the routines (default zorvel.h)
 
 Every row of the table becomes a `public static native` method of the same name. Rows
-with floating-point arrays (dbl[n], out dbl[n], and out dbl, which Java sees as a
-one-element array) become two overloads, one with double[] and one with float[]; their
-exports carry the JNI overload suffix. Methods that TEMPLATE declares as native itself
-(the callback routines, written by hand) are left out of the generation, whether or not
-the table has a row for them.
+with floating-point arrays (dbl[n], dbl[nx,ny], their out and inout forms, and out dbl,
+which Java sees as a one-element array) become two overloads, one with double[] and one
+with float[]; their exports carry the JNI overload suffix.
 
-A row that cannot be expressed in Java (an unknown argument kind, an array whose count
-is not an int argument, a name that Java reserves) is reported on standard error and
-left out; the completeness test then names it.
+A callback argument is a String naming a static method ("Class.method"). The native keeps
+the name in a registry of jni/callbacks.h (a handler's name, or a function's method looked
+up at once) and hands the routine a generated C function of the callback type (a
+trampoline), which finds the Java method through the registry and calls it.
+
+A row that cannot be expressed in Java (an unknown argument kind, a name that Java
+reserves) is reported on standard error and left out; the completeness test then names
+it.
 """
 
 import argparse
 import os
-import re
 import sys
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
-from gen_api import RET_TYPES, level_text, parse_table, write_if_changed  # noqa: E402
+from gen_api import (RET_TYPES, level_text, parse_table, used_callbacks,  # noqa: E402
+                     write_if_changed)
 
 JAVA_KEYWORDS = set("""
 abstract assert boolean break byte case catch char class const continue default do double
@@ -64,21 +67,44 @@ J_FLOATS = JavaType("float[]", "[F", "jfloatArray")
 J_STRINGS = JavaType("String[]", "[Ljava/lang/String;", "jobjectArray")
 
 RETURNS = {"void": ("void", "void", "V"), "int": ("int", "jint", "I"),
-           "dbl": ("double", "jdouble", "D"), "str": ("String", "jstring", "Ljava/lang/String;")}
+           "dbl": ("double", "jdouble", "D")}
 
-FLOATING_KINDS = {"dbl[]", "out dbl[]", "out dbl"}
+FLOATING_KINDS = {"dbl[]", "dbl[,]", "out dbl[]", "out dbl[,]", "inout dbl[]", "inout dbl[,]",
+                  "out dbl"}
 
 
 def java_type(kind, floats):
     """The Java type of an argument kind; `floats` selects the float[] overload."""
-    return {
-        "int": J_INT, "dbl": J_DOUBLE, "str": J_STRING, "file": J_INT,
-        "int[]": J_INTS, "out int": J_INTS, "out int[]": J_INTS,
-        "dbl[]": J_FLOATS if floats else J_DOUBLES,
-        "out dbl[]": J_FLOATS if floats else J_DOUBLES,
-        "out dbl": J_FLOATS if floats else J_DOUBLES,
-        "out str[]": J_STRINGS,
-    }.get(kind)
+    if kind in FLOATING_KINDS:
+        return J_FLOATS if floats else J_DOUBLES
+    if kind == "out int" or (kind.endswith("]") and kind.split()[-1].startswith("int")):
+        return J_INTS
+    return {"int": J_INT, "dbl": J_DOUBLE, "str": J_STRING, "file": J_INT, "cb": J_STRING,
+            "out str[]": J_STRINGS}.get(kind)
+
+
+def callback_value(kind, cb):
+    """How a value of a callback (kind void, int or dbl) looks in Java: (Java type, JVM
+    descriptor, JNI type, the kind of CallStatic...Method)."""
+    if kind == "void":
+        return "void", "V", "void", "Void"
+    if kind == "int":
+        return "int", "I", "jint", "Int"
+    if cb.java_float:
+        return "float", "F", "jfloat", "Float"
+    return "double", "D", "jdouble", "Double"
+
+
+def callback_signature(cb):
+    """The JVM descriptor of the Java method of a callback type."""
+    params = "".join(callback_value(k, cb)[1] for k, _ in cb.params)
+    return f"({params}){callback_value(cb.ret, cb)[1]}"
+
+
+def callback_java(cb):
+    """The Java method of a callback type as Java declares it: "float f(float x, float y)"."""
+    params = ", ".join(f"{callback_value(k, cb)[0]} {n}" for k, n in cb.params)
+    return f"{callback_value(cb.ret, cb)[0]} f({params})"
 
 
 def mangle(text):
@@ -119,12 +145,9 @@ def unsupported(r):
         return f"'{r.name}' is reserved in Java"
     if r.ret not in RETURNS:
         return f"return type '{r.ret}'"
-    kinds = {a.name: a.kind for a in r.args}
     for a in r.args:
         if java_type(a.kind, False) is None:
             return f"argument kind '{a.kind}'"
-        if a.is_array and kinds.get(a.count) != "int":
-            return f"count '{a.count}' of '{a.name}' is not an int argument"
     return None
 
 
@@ -155,20 +178,20 @@ def converter(a, floats, routine):
     """(declaration, needs_commit) of the converter of one argument, or None when the
     argument passes as it is."""
     p, c = f"a_{a.name}", f"c_{a.name}"
-    count = f"a_{a.count}" if a.is_array else None
+    if len(a.counts) == 2:
+        count = f"cells(a_{a.counts[0]}, a_{a.counts[1]})"
+    else:
+        count = f"a_{a.count}" if a.is_array else None
     k = a.kind
-    if k in ("int", "dbl"):
+    if k in ("int", "dbl", "cb"):
         return None
     if k == "str":
         return f'StringIn {c}(env, {p}, "{routine}", "{a.name}");', False
     if k == "file":
         return f'FileArg {c}({p}, "{routine}");', False
-    if k in ("int[]", "out int[]"):
-        d = "Dir::Out" if a.is_output else "Dir::In"
-        return f"IntArray {c}(env, {p}, {count}, {d});", a.is_output
-    if k in ("dbl[]", "out dbl[]"):
-        d = "Dir::Out" if a.is_output else "Dir::In"
-        cls = "FloatArray" if floats else "DoubleArray"
+    if a.is_array and a.base in ("int", "dbl"):
+        d = {"out": "Dir::Out", "inout": "Dir::InOut"}.get(k.split()[0], "Dir::In")
+        cls = "IntArray" if a.base == "int" else "FloatArray" if floats else "DoubleArray"
         return f"{cls} {c}(env, {p}, {count}, {d});", a.is_output
     if k == "out int":
         return f"IntCell {c}(env, {p});", True
@@ -179,12 +202,61 @@ def converter(a, floats, routine):
     raise ValueError(k)
 
 
-def gen_wrapper(m, qualified_class):
+def registries(callbacks):
+    """{callback type: registry index} (jni/callbacks.h): the handlers "by p" share the
+    registry of p, every other type has its own."""
+    index, shared, count = {}, {}, 0
+    for cb in callbacks:
+        if cb.key in shared:
+            index[cb.name] = shared[cb.key]
+            continue
+        index[cb.name] = count
+        if cb.key is not None:
+            shared[cb.key] = count
+        count += 1
+    return index
+
+
+def trampoline_name(cb):
+    return f"java_{cb.name}"
+
+
+def gen_trampoline(cb, registry):
+    """The C function of a callback type that the natives hand to the library: it calls
+    the Java method kept in the registry."""
+    cret = RET_TYPES[cb.ret]
+    zero = {"void": "", "int": " 0", "dbl": " 0.0"}[cb.ret]
+    jargs = "".join(f", static_cast<{callback_value(k, cb)[2]}>({n})" for k, n in cb.params)
+    how = callback_value(cb.ret, cb)[3]
+    if cb.mode == "function":
+        what = f"the function kept by registry {registry}"
+        lookup = f"JavaCallback call({registry});"
+    else:
+        key = cb.key if cb.key is not None else "0"
+        what = (f"the handler kept for its {cb.key} in registry {registry}" if cb.key
+                else f"the handler of registry {registry}")
+        lookup = f'JavaCallback call({registry}, {key}, "{callback_signature(cb)}");'
+    out = [f"// {cb.name}: calls {what}.\n",
+           f"static {cret} {trampoline_name(cb)}({cb.c_params()}) noexcept {{\n",
+           f"  {lookup}\n",
+           f"  if (!call) {{\n    return{zero};\n  }}\n"]
+    invoke = f"call.env()->CallStatic{how}Method(call.cls(), call.method(){jargs})"
+    if cb.ret == "void":
+        out.append(f"  {invoke};\n")
+    else:
+        out.append(f"  const auto result = {invoke};\n")
+        out.append(f"  return call.threw() ?{zero} : static_cast<{cret}>(result);\n")
+    out.append("}\n\n")
+    return "".join(out)
+
+
+def gen_wrapper(m, qualified_class, registry):
     r = m.r
     jret, cret, _ = RETURNS[r.ret]
-    zero = {"void": "", "int": " 0", "dbl": " 0.0", "str": " nullptr"}[r.ret]
+    zero = {"void": "", "int": " 0", "dbl": " 0.0"}[r.ret]
     convs = [converter(a, m.floats, r.name) for a in r.args]
-    uses_env = any(cv is not None and "(env" in cv[0] for cv in convs) or r.ret == "str"
+    callbacks = [a for a in r.args if a.callback is not None]
+    uses_env = any(cv is not None and "(env" in cv[0] for cv in convs) or bool(callbacks)
     params = ["JNIEnv* env" if uses_env else "JNIEnv*", "jclass"]
     params += [f"{t.jni} a_{a.name}" for a, t in zip(r.args, m.types)]
     out = [f'extern "C" JNIEXPORT {cret} JNICALL {m.export(qualified_class)}(\n'
@@ -192,6 +264,9 @@ def gen_wrapper(m, qualified_class):
     call_args = []
     commits = []
     for a, cv in zip(r.args, convs):
+        if a.callback is not None:
+            call_args.append(f"&{trampoline_name(a.callback)}")
+            continue
         if cv is None:
             call_args.append(f"a_{a.name}")
             continue
@@ -200,14 +275,21 @@ def gen_wrapper(m, qualified_class):
         call_args.append(f"c_{a.name}.get()")
         if commit:
             commits.append(f"  c_{a.name}.commit();\n")
+    # The names are kept last, once every other argument is known to be good.
+    for a in callbacks:
+        cb = a.callback
+        if cb.mode == "function":
+            keep = (f'keep_function(env, {registry[cb.name]}, a_{a.name}, '
+                    f'"{callback_signature(cb)}", "{r.name}", "{a.name}")')
+        else:
+            key = f"a_{cb.key}" if cb.key is not None else "0"
+            keep = (f'keep_handler(env, {registry[cb.name]}, {key}, a_{a.name}, '
+                    f'"{r.name}", "{a.name}")')
+        out.append(f"  if (!{keep}) {{\n    return{zero};\n  }}\n")
     call = f"::{r.name}({', '.join(call_args)})"
     if r.ret == "void":
         out.append(f"  {call};\n")
         out.extend(commits)
-    elif r.ret == "str":
-        out.append(f"  const char* result = {call};\n")
-        out.extend(commits)
-        out.append("  return new_string(env, result);\n")
     elif commits:
         out.append(f"  const {cret} result = {call};\n")
         out.extend(commits)
@@ -218,17 +300,28 @@ def gen_wrapper(m, qualified_class):
     return "".join(out)
 
 
-def gen_wrappers(methods, qualified_class, header):
+def gen_wrappers(methods, qualified_class, header, callbacks):
+    registry = registries(callbacks)
     out = [
         "// Generated by tools/gen_java.py from the routine table, do not edit.\n",
         f"// The native methods of {qualified_class}: each converts its Java arguments\n",
         "// (jni/marshal.h), calls the exported C entry of the routine, which does the entry\n",
         "// check, and copies output values back into the Java arrays.\n",
-        f'#include "{header}"\n#include "jni/marshal.h"\n\n',
-        "using namespace zorvel::jni;  // NOLINT: the converters of every wrapper\n\n",
+        f'#include "{header}"\n#include "jni/marshal.h"\n',
     ]
+    if callbacks:
+        out.append('#include "jni/callbacks.h"\n')
+    out.append("\nusing namespace zorvel::jni;  // NOLINT: the converters of every wrapper\n\n")
+    if callbacks:
+        count = len(set(registry.values()))
+        out.append(f"static_assert({count} <= kMaxRegistries, \"more callback registries than "
+                   "jni/callbacks.h keeps\");\n\n")
+        out.append("// The C functions of the callback types, which call the Java methods.\n")
+        out.append('extern "C" {\n\n')
+        out.extend(gen_trampoline(cb, registry[cb.name]) for cb in callbacks)
+        out.append('}  // extern "C"\n\n')
     for m in methods:
-        out.append(gen_wrapper(m, qualified_class))
+        out.append(gen_wrapper(m, qualified_class, registry))
     return "".join(out)
 
 
@@ -239,6 +332,37 @@ def html(text):
     """Text for a Javadoc comment: HTML characters escaped, no comment end."""
     text = text.replace("&", "&amp;").replace("<", "&lt;").replace(">", "&gt;")
     return text.replace("*/", "*&#47;").replace("@", "&#64;")
+
+
+def param_doc(a):
+    """The Javadoc text of an argument ("" for plain numbers)."""
+    if a.callback is not None:
+        cb = a.callback
+        text = (f'name of a static method, "Class.method", of the type '
+                f"{{@code {html(callback_java(cb))}}}")
+        if cb.mode == "function":
+            return text + "; a name that cannot be found skips the call"
+        if cb.key is not None:
+            text += f", kept for this {{@code {cb.key}}}"
+        return text + "; a name that cannot be found does nothing"
+    if a.is_array and a.base in ("int", "dbl"):
+        size = " * ".join(f"{{@code {c}}}" for c in a.counts)
+        order = ""
+        if len(a.counts) == 2:
+            order = f", row by row: {{@code [j * {a.counts[0]} + i]}} for x index i, y index j"
+        direction = a.kind.split()[0]
+        what = {"out": "output array", "inout": "array"}.get(direction, "input array")
+        also = ", read and written back" if direction == "inout" else ""
+        return f"{what} of at least {size} elements{order}{also}"
+    return {
+        "str": "text (passed as UTF-8)",
+        "file": "file code: 0 none (for unit: messages off), 1 standard output,"
+                " 2 standard error",
+        "out int": "output: a one-element array that receives the value",
+        "out dbl": "output: a one-element array that receives the value",
+        "out str[]": f"output: a one-element array that receives the text (at most"
+                     f" {{@code {a.count}}} - 1 bytes of UTF-8)",
+    }.get(a.kind, "")
 
 
 def javadoc(m):
@@ -253,20 +377,7 @@ def javadoc(m):
     if r.args or r.ret != "void":
         lines.append("")
     for a, t in zip(r.args, m.types):
-        what = {
-            "int": "", "dbl": "", "str": "text (passed as UTF-8)",
-            "file": "file code: 0 none (for unit: messages off), 1 standard output,"
-                    " 2 standard error",
-            "int[]": f"input array of at least {{@code {a.count}}} elements",
-            "dbl[]": f"input array of at least {{@code {a.count}}} elements",
-            "out int[]": f"output array of at least {{@code {a.count}}} elements",
-            "out dbl[]": f"output array of at least {{@code {a.count}}} elements",
-            "out int": "output: a one-element array that receives the value",
-            "out dbl": "output: a one-element array that receives the value",
-            "out str[]": f"output: a one-element array that receives the text (at most"
-                         f" {{@code {a.count}}} - 1 bytes of UTF-8)",
-        }[a.kind]
-        lines.append(f"@param {java_name(a.name)} {what or t.java}")
+        lines.append(f"@param {java_name(a.name)} {param_doc(a) or t.java}")
     if r.ret != "void":
         lines.append(f"@return {RETURNS[r.ret][0]}")
     body = "".join(f"   * {line}".rstrip() + "\n" for line in lines)
@@ -286,10 +397,6 @@ def gen_methods(methods):
     return "".join(out).rstrip("\n") + "\n"
 
 
-def hand_written(template):
-    return set(re.findall(r"public\s+static\s+native\s+[\w\[\]]+\s+(\w+)\s*\(", template))
-
-
 def main():
     ap = argparse.ArgumentParser(description="Generates the Java binding.")
     ap.add_argument("table")
@@ -304,15 +411,11 @@ def main():
     routines = parse_table(opt.table)
     with open(opt.template, encoding="utf-8") as f:
         template = f.read()
-    manual = hand_written(template)
     qualified = f"{opt.package}.{opt.cls}"
 
     methods = []
     exports = []
     for r in routines:
-        if r.name in manual:
-            exports.append(f"{r.name} {export_name(qualified, r.name)}\n")
-            continue
         why = unsupported(r)
         if why:
             print(f"gen_java.py: {r.name} is not bound to Java: {why}", file=sys.stderr)
@@ -327,7 +430,8 @@ def main():
     os.makedirs(java_dir, exist_ok=True)
     write_if_changed(os.path.join(java_dir, f"{opt.cls}.java"), java)
     write_if_changed(os.path.join(opt.outdir, "jni_wrappers.cpp"),
-                     gen_wrappers(methods, qualified, opt.header))
+                     gen_wrappers(methods, qualified, opt.header,
+                                  used_callbacks(routines, [m.r for m in methods])))
     write_if_changed(os.path.join(opt.outdir, "jni_exports.txt"), "".join(exports))
 
 

@@ -11,15 +11,19 @@ import sys
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 from gen_api import parse_table  # noqa: E402
 
-DUMMY = {
-    "int": "1", "dbl": "1.0", "str": '"X"', "file": "stdout",
-    "int[]": "iarr", "dbl[]": "darr", "out int": "&iout", "out dbl": "&dout",
-    "out int[]": "iarr", "out dbl[]": "darr", "out str[]": "sbuf",
-}
+# Counts are 1 (and 1 by 1), so that every array is large enough.
+DUMMY = {"int": "1", "dbl": "1.0", "str": '"X"', "file": "stdout", "cb": "NULL",
+         "out int": "&iout", "out dbl": "&dout", "out str[]": "sbuf"}
+
+
+def dummy(a):
+    if a.is_array and a.base in ("int", "dbl"):
+        return "iarr" if a.base == "int" else "darr"
+    return DUMMY[a.kind]
 
 
 def call(r):
-    args = ", ".join(DUMMY[a.kind] for a in r.args)
+    args = ", ".join(dummy(a) for a in r.args)
     return f"  {r.name}({args});\n"
 
 

@@ -1,6 +1,7 @@
-/* Catches faults of the message device: unit(0) silencing everything but the level
- * warning of the entry check, warnings switched off but still counted, the message file
- * with its versioning, and the summary's Err-file line. */
+/* Catches faults of the message device and the plot life cycle: unit(0) silencing
+ * everything but the level warning of the entry check, warnings switched off but still
+ * counted, the message file with its versioning, the summary's Err-file line, and the
+ * level checks of zorini and zorfin (a second zorini leaves the plot open). */
 #include <stdio.h>
 #include "zorvel.h"
 
@@ -15,11 +16,14 @@ int main(void) {
   errfil("messages.err");
   errdev("FILE");
   zorini();
+  zorini();                 /* twice: level warning, the plot stays open */
+  printf("level %d\n", getlev());
   errmod("WARN", "OFF");
   setpag("ZZZZ");           /* level warning counted, not shown */
   errmod("WARN", "ON");
   metafl("nope");           /* level warning into the file */
   zorfin();
+  printf("level %d\n", getlev());
   printf("--- message file\n");
   f = fopen("messages.err", "r");
   while (f != NULL && fgets(line, sizeof line, f) != NULL) {

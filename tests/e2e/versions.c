@@ -50,5 +50,10 @@ int main(void) {
   touch("countfilename.met");
   filmod("COUN");
   plot();                          /* countf_1.met: base cut to 8 characters with "_1" */
+  for (i = 2; i <= 99; ++i) {      /* the files touched above: only the plots stay listed */
+    char name[32];
+    sprintf(name, "zorvel_%d.met", i);
+    remove(name);
+  }
   return 0;
 }

@@ -27,7 +27,7 @@ sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."
 from gen_api import parse_table  # noqa: E402
 from gen_java import mangle  # noqa: E402
 
-FLOATING = {"dbl[]", "out dbl[]", "out dbl"}
+FLOATING = {"dbl[]", "dbl[,]", "out dbl[]", "out dbl[,]", "inout dbl[]", "inout dbl[,]", "out dbl"}
 
 
 def defined_functions(lib):

@@ -1,322 +1,142 @@
-// Integrity of the generated font tables (text/font_data_*.cpp): every record walks, every
-// stroke stays in its pool, the glyphs have the metrics the text engine relies on, and
-// the character-set tables lead to glyphs that exist.
+// Integrity of the generated font tables (text/font_data_*.cpp), read through the
+// engine's own walk (load_font, choose_glyph, for_each_point): a corrupt table must fail
+// here, not draw blanks or garbage. Records fill their index and stay in their pools,
+// glyphs lie in their cells, outline glyphs are closed polygons that fit the engine's
+// buffer, letters exist and differ, and the character-set tables lead to the right glyphs.
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cmath>
-#include <cstdint>
+#include <map>
+#include <memory>
 #include <set>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "text/font.h"
 #include "text/font_data.h"
+#include "text/mapping.h"
 
 namespace zorvel {
 namespace {
 
 constexpr int kTypes[] = {1, 3, 4, 5, 6, 7, 11, 12, 13, 14};
-const char* const kAlphabetNames[] = {"STAN", "GREE", "MATH", "ITAL", "SCRI", "RUSS"};
 
 using Point = std::pair<double, double>;
 using Stroke = std::vector<Point>;
 
-struct Descriptor {
-  int count;  // points, always positive here
-  int start;  // 1-based
-  double dx, dy;
-};
-
-// The tables an alphabet draws with, after the fall-backs to STAN.
-struct Resolved {
-  const AlphabetData* pool;   // the alphabet that holds the coordinates
-  const AlphabetData* index;  // the alphabet that holds the glyph index
-  double offset_unit;
-};
-
-Resolved resolve(const FontData& f, int k) {
-  const AlphabetData* stan = &f.alphabets[kAlphabetStan];
-  const AlphabetData* a = &f.alphabets[k];
-  const AlphabetData* index = a->index_words == 0 ? stan : a;
-  const AlphabetData* pool = index->points == 0 ? stan : index;
-  const bool outline_glyphs = f.outline && pool == stan;
-  return {pool, index, outline_glyphs ? 2.0 : 0.5};
-}
-
-int pool_size(const AlphabetData& a) { return a.points < 0 ? -a.points : a.points; }
-
-Point pool_point(const AlphabetData& a, int i) {
-  if (a.points > 0) {
-    return {packed_x(a.packed[i]), packed_y(a.packed[i])};
+const FontRecord& font(int type) {
+  static std::map<int, std::unique_ptr<FontRecord>> fonts;
+  auto& f = fonts[type];
+  if (!f) {
+    f = std::make_unique<FontRecord>();
+    load_font(*f, type);
   }
-  return {a.xs[i], a.ys[i]};
+  return *f;
 }
 
-// Offsets of the records of glyphs 2..chars; empty if the walk leaves the index.
-std::vector<int> record_offsets(const AlphabetData& a) {
-  std::vector<int> at;
-  int pos = 0;
-  for (int g = 2; g <= a.chars; ++g) {
-    if (pos >= a.index_words || a.index[pos] < 1) {
-      return {};
-    }
-    at.push_back(pos);
-    pos += a.index[pos];
-  }
-  return pos == a.index_words ? at : std::vector<int>{};
-}
-
-// Stroke descriptors of one record, or nothing with ok = false if they do not fill it.
-std::vector<Descriptor> descriptors(const Resolved& r, int at, bool* ok) {
-  const int16_t* idx = r.index->index;
-  const int end = at + idx[at];
-  std::vector<Descriptor> out;
-  int i = at + 1;
-  *ok = true;
-  while (i < end) {
-    if (i + 1 >= end) {
-      *ok = false;
-      return out;
-    }
-    Descriptor d{idx[i], idx[i + 1], 0.0, 0.0};
-    i += 2;
-    if (d.count < 0) {
-      if (i >= end) {
-        *ok = false;
-        return out;
-      }
-      const auto w = static_cast<uint16_t>(idx[i++]);
-      d.count = -d.count;
-      d.dx = packed_x(w) * r.offset_unit;
-      d.dy = packed_y(w) * r.offset_unit;
-    }
-    out.push_back(d);
-  }
-  return out;
-}
-
-// The strokes of glyph g (2..chars) of alphabet k, offsets applied.
-std::vector<Stroke> glyph(const FontData& f, int k, int g) {
-  const Resolved r = resolve(f, k);
-  const std::vector<int> at = record_offsets(*r.index);
+// The strokes of glyph g of alphabet k, offsets applied; empty for a blank.
+std::vector<Stroke> strokes(const FontRecord& f, int k, int g) {
+  const AlphabetSlot& s = f.alphabets[static_cast<std::size_t>(k)];
   std::vector<Stroke> out;
-  if (g < 2 || g - 2 >= static_cast<int>(at.size())) {
+  if (g < 2 || g > s.chars || s.record[static_cast<std::size_t>(g)] < 0) {
     return out;
   }
-  bool ok = false;
-  for (const Descriptor& d : descriptors(r, at[g - 2], &ok)) {
-    Stroke s;
-    for (int i = 0; i < d.count; ++i) {
-      const Point p = pool_point(*r.pool, d.start - 1 + i);
-      s.emplace_back(p.first + d.dx, p.second + d.dy);
+  for_each_point(s, g, [&](double x, double y, bool first) {
+    if (first) {
+      out.emplace_back();
     }
-    out.push_back(s);
-  }
+    out.back().emplace_back(x, y);
+  });
   return out;
 }
 
-std::vector<Stroke> stan_glyph(int type, int code) {
-  return glyph(*font_data(type), kAlphabetStan, code - 31);
+// The strokes that character code c draws in alphabet k, by the engine's glyph choice.
+std::vector<Stroke> drawn(int type, int k, int c) {
+  const GlyphChoice ch = choose_glyph(font(type), k, c);
+  return strokes(font(type), ch.alphabet, ch.glyph);
 }
 
-std::set<Point> points_of(const std::vector<Stroke>& strokes) {
-  std::set<Point> out;
-  for (const Stroke& s : strokes) {
-    out.insert(s.begin(), s.end());
-  }
-  return out;
-}
-
-struct Box {
-  double x0 = 1e9, y0 = 1e9, x1 = -1e9, y1 = -1e9;
-};
-
-Box box_of(const std::vector<Stroke>& strokes) {
-  Box b;
-  for (const Stroke& s : strokes) {
-    for (const Point& p : s) {
-      b.x0 = std::min(b.x0, p.first);
-      b.x1 = std::max(b.x1, p.first);
-      b.y0 = std::min(b.y0, p.second);
-      b.y1 = std::max(b.y1, p.second);
-    }
-  }
-  return b;
-}
+std::vector<Stroke> stan(int type, int c) { return drawn(type, kAlphabetStan, c); }
 
 // Whether every point of `part` is a point of `whole`, moved sideways by some amount.
 bool contains_shifted(const std::vector<Stroke>& whole, const std::vector<Stroke>& part) {
-  const std::set<Point> w = points_of(whole);
-  const std::set<Point> p = points_of(part);
-  if (p.empty()) {
-    return false;
-  }
-  for (int dx = -60; dx <= 60; ++dx) {
-    const bool all = std::all_of(p.begin(), p.end(), [&](const Point& q) {
-      return w.count({q.first + dx, q.second}) > 0;
-    });
-    if (all) {
+  std::set<Point> w;
+  std::set<Point> p;
+  for (const Stroke& s : whole) w.insert(s.begin(), s.end());
+  for (const Stroke& s : part) p.insert(s.begin(), s.end());
+  for (int dx = -60; dx <= 60 && !p.empty(); ++dx) {
+    if (std::all_of(p.begin(), p.end(),
+                    [&](const Point& q) { return w.count({q.first + dx, q.second}) > 0; })) {
       return true;
     }
   }
   return false;
 }
 
-// Glyph number of code c in alphabet k of font f, by the remapping rules; 0: falls
-// back to STAN.
-int remap(const FontData& f, int k, int c) {
-  const int g = c - 31;
-  if (k == kAlphabetStan || f.alphabets[k].direct) {
-    return g;
-  }
-  if (k == kAlphabetRuss) {
-    if (g >= 5 && g <= 7) return g - 3;
-    if (g >= 29 && g <= 31) return g - 24;
-    if (g >= 34 && g <= 63) return g - 26;
-    if (g >= 66 && g <= 95) return g - 28;
-    return 0;
-  }
-  if (g >= 34 && g <= 59) return g - 32;
-  if (g >= 66 && g <= 91) return g - 38;
-  if (k == kAlphabetMath && g == 96) return 54;
-  if ((k == kAlphabetGree || k == kAlphabetScri) && g >= 96) return g - 42;
-  return 0;
+std::string where(int type, int k, int g) {
+  return std::string(font_data(type)->name) + " alphabet " + std::to_string(k) + " glyph " +
+         std::to_string(g);
 }
 
-// The strokes a character code draws in alphabet k (STAN where the alphabet passes it
-// on); empty for a blank.
-std::vector<Stroke> drawn(int type, int k, int c) {
-  const FontData& f = *font_data(type);
-  const int g = remap(f, k, c);
-  if (g == 0) {
-    return c - 31 <= f.alphabets[kAlphabetStan].chars ? stan_glyph(type, c)
-                                                       : std::vector<Stroke>{};
+TEST(FontData, RecordsFillTheirIndexAndStayInTheirPools) {
+  // Catches a wrong length word (every later glyph of the alphabet turns blank), a
+  // descriptor cut off by its record or a stroke reading outside its pool (the walk makes
+  // that glyph blank), junk after the last record, a character count beyond the caches,
+  // strokes of one point, and a lookup that returns another font.
+  for (const int t : kTypes) {
+    const FontData& d = *font_data(t);
+    ASSERT_EQ(d.type, t);
+    const FontRecord& f = font(t);
+    for (int k = 0; k < kAlphabetCount; ++k) {
+      const AlphabetData& a = d.alphabets[k];
+      EXPECT_LE(a.chars, kMaxGlyphs) << where(t, k, 0);
+      if (a.index_words == 0) {
+        continue;  // draws the STAN glyphs
+      }
+      EXPECT_EQ(a.points > 0, a.packed != nullptr) << where(t, k, 0);
+      EXPECT_EQ(a.points < 0, a.xs != nullptr && a.ys != nullptr) << where(t, k, 0);
+      const AlphabetSlot& s = f.alphabets[static_cast<std::size_t>(k)];
+      for (int g = 2; g <= a.chars; ++g) {
+        ASSERT_GE(s.record[static_cast<std::size_t>(g)], 0) << where(t, k, g);
+        for (const Stroke& st : strokes(f, k, g)) {
+          EXPECT_GE(st.size(), 2U) << where(t, k, g);
+        }
+      }
+      const int last = s.record[static_cast<std::size_t>(a.chars)];
+      EXPECT_EQ(last + a.index[last], a.index_words) << where(t, k, 0);
+    }
   }
-  return g <= f.alphabets[k].chars ? glyph(f, k, g) : std::vector<Stroke>{};
-}
-
-// ==========================================================================================
-// Registration
-// ==========================================================================================
-
-TEST(FontData, FontsAreFoundByType) {
-  // Catches a lookup that returns the wrong font, or tables for a type no routine selects.
-  const char* const names[] = {"zoralf", "complx", "simplx", "duplx", "triplx",
-                               "gothic", "helve",  "helves", "helvet", "serif"};
-  int i = 0;
-  for (int t : kTypes) {
-    const FontData* f = font_data(t);
-    ASSERT_NE(f, nullptr) << t;
-    EXPECT_EQ(f->type, t);
-    EXPECT_STREQ(f->name, names[i++]);
-    EXPECT_EQ(f->outline, t > 10);
-    EXPECT_EQ(f->blank_width, t == 1 ? 6 : t > 10 ? 60 : 9);
-  }
-  for (int t : {-1, 0, 2, 8, 9, 10, 15, 100}) {
+  for (const int t : {-1, 0, 2, 8, 10, 15}) {
     EXPECT_EQ(font_data(t), nullptr) << t;
   }
 }
 
-TEST(FontData, AlphabetsHaveTheirCharacterCounts) {
-  // Catches an alphabet registered with the wrong table or count: glyph numbers beyond the
-  // count draw blanks, so a short count silently loses characters.
-  for (int t : kTypes) {
-    const FontData& f = *font_data(t);
-    const int stan = t == 3 ? 233 : t == 7 ? 95 : 132;
-    const int gree = (t == 1 || t == 4) ? 95 : 116;
-    const int ital = t == 3 ? 102 : t == 7 ? 95 : stan;
-    const int expected[] = {stan, gree, 96, ital, 102, 95};
-    for (int k = 0; k < kAlphabetCount; ++k) {
-      EXPECT_EQ(f.alphabets[k].chars, expected[k]) << f.name << " " << kAlphabetNames[k];
-    }
-    // Italic of its own only in complx and gothic; the others draw slanted STAN glyphs.
-    EXPECT_EQ(f.alphabets[kAlphabetItal].index_words == 0, t != 3 && t != 7) << f.name;
-    // Only gothic's italic and German alphabets are numbered like STAN.
-    for (int k = 0; k < kAlphabetCount; ++k) {
-      const bool direct = t == 7 && (k == kAlphabetItal || k == kAlphabetScri);
-      EXPECT_EQ(f.alphabets[k].direct, direct) << f.name << " " << kAlphabetNames[k];
-    }
-    // The Greek of zoralf and simplx lies on their STAN points.
-    EXPECT_EQ(f.alphabets[kAlphabetGree].points == 0, t == 1 || t == 4) << f.name;
-  }
-}
-
-TEST(FontData, SharedAlphabetsAreOneTable) {
-  // Catches a shared alphabet emitted twice (or a font pointing at another font's own
-  // alphabet): Greek, math, script and Russian are one table each.
-  const FontData& complx = *font_data(3);
-  for (int t : kTypes) {
-    const FontData& f = *font_data(t);
-    EXPECT_EQ(f.alphabets[kAlphabetMath].index, complx.alphabets[kAlphabetMath].index);
-    EXPECT_EQ(f.alphabets[kAlphabetRuss].index, complx.alphabets[kAlphabetRuss].index);
-    EXPECT_EQ(f.alphabets[kAlphabetScri].index == complx.alphabets[kAlphabetScri].index,
-              t != 7);
-    EXPECT_EQ(f.alphabets[kAlphabetGree].index == complx.alphabets[kAlphabetGree].index,
-              t != 1 && t != 4);
-  }
-}
-
-// ==========================================================================================
-// Records and pools
-// ==========================================================================================
-
-TEST(FontData, EveryRecordWalksAndStaysInItsPool) {
-  // Catches a wrong length word (every later glyph of the alphabet would draw garbage), a
-  // descriptor cut off by the end of its record, and a stroke that reads outside its pool.
-  for (int t : kTypes) {
-    const FontData& f = *font_data(t);
-    for (int k = 0; k < kAlphabetCount; ++k) {
-      const Resolved r = resolve(f, k);
-      SCOPED_TRACE(std::string(f.name) + " " + kAlphabetNames[k]);
-      ASSERT_NE(r.index->index, nullptr);
-      ASSERT_EQ(r.pool->points > 0, r.pool->packed != nullptr);
-      ASSERT_EQ(r.pool->points < 0, r.pool->xs != nullptr && r.pool->ys != nullptr);
-      const std::vector<int> at = record_offsets(*r.index);
-      ASSERT_EQ(static_cast<int>(at.size()), r.index->chars - 1) << "the walk left the index";
-      for (int g = 2; g <= r.index->chars; ++g) {
-        bool ok = false;
-        const std::vector<Descriptor> ds = descriptors(r, at[g - 2], &ok);
-        ASSERT_TRUE(ok) << "glyph " << g;
-        for (const Descriptor& d : ds) {
-          EXPECT_GE(d.count, 2) << "glyph " << g;  // one point draws nothing
-          EXPECT_GE(d.start, 1) << "glyph " << g;
-          EXPECT_LE(d.start - 1 + d.count, pool_size(*r.pool)) << "glyph " << g;
-        }
-      }
-    }
-  }
-}
-
 TEST(FontData, GlyphsLieWithinTheirCells) {
-  // Catches coordinates that start left of the pen (overlapping the previous character),
-  // widths out of scale (a unit or sign error in the generator) and the fixed pitch of
-  // the default font: its glyphs must fit the 6-unit cell it is set in.
-  for (int t : kTypes) {
-    const FontData& f = *font_data(t);
+  // Catches coordinates left of the pen (overlapping the previous character), widths or
+  // heights out of scale (a unit or sign error in the generator), and glyphs of the
+  // fixed-pitch default font that leave its 6-unit cell.
+  for (const int t : kTypes) {
+    const FontRecord& f = font(t);
     for (int k = 0; k < kAlphabetCount; ++k) {
-      const Resolved r = resolve(f, k);
-      const bool outline = r.offset_unit == 2.0;
-      double max_width = outline ? 300 : 32;
-      double y_lo = outline ? -70 : -14, y_hi = outline ? 270 : 30;
-      if (t == 1 && r.pool == &f.alphabets[kAlphabetStan]) {
-        max_width = r.index == r.pool ? 6 : 7;
+      const AlphabetSlot& s = f.alphabets[static_cast<std::size_t>(k)];
+      const bool on_stan_pool = s.packed == f.alphabets[0].packed && s.xs == f.alphabets[0].xs;
+      double x_hi = s.outline ? 300 : 32;
+      double y_lo = s.outline ? -70 : -14;
+      double y_hi = s.outline ? 270 : 30;
+      if (t == 1 && on_stan_pool) {
+        x_hi = s.fixed_pitch ? 6 : 7;
         y_lo = -2;
         y_hi = 10;
       }
-      for (int g = 2; g <= r.index->chars; ++g) {
-        const std::vector<Stroke> s = glyph(f, k, g);
-        if (s.empty()) {
-          continue;
+      for (int g = 2; g <= s.chars; ++g) {
+        for (const Stroke& st : strokes(f, k, g)) {
+          for (const auto& [x, y] : st) {
+            EXPECT_TRUE(x >= 0 && x <= x_hi && y >= y_lo && y <= y_hi)
+                << where(t, k, g) << " point " << x << ", " << y;
+          }
         }
-        const Box b = box_of(s);
-        SCOPED_TRACE(std::string(f.name) + " " + kAlphabetNames[k] + " glyph " +
-                     std::to_string(g));
-        EXPECT_GE(b.x0, 0);
-        EXPECT_LE(b.x1, max_width);
-        EXPECT_GE(b.y0, y_lo);
-        EXPECT_LE(b.y1, y_hi);
       }
     }
   }
@@ -330,246 +150,165 @@ double signed_area(const Stroke& c) {
   return a / 2;
 }
 
-TEST(FontData, OutlineGlyphsAreClosedPolygonsOfAtMost200Points) {
-  // Catches contours that are not closed (the outline drawn around the filled area would
-  // have a gap, and the joins between contours would not cancel), glyphs too large for
-  // the engine's polygon buffer, and holes that run the same way as their outer contour
-  // (they would fill solid under the non-zero rule).
-  for (int t : {11, 12, 13, 14}) {
-    const FontData& f = *font_data(t);
+TEST(FontData, OutlineGlyphsAreClosedPolygonsThatFitTheBuffer) {
+  // Catches contours that are not closed (a gap in the outline, joins that do not
+  // cancel), glyphs too large for the engine's polygon buffer, and holes that run the
+  // same way as their outer contour (they would fill solid under the non-zero rule).
+  for (const int t : {11, 12, 13, 14}) {
+    const FontRecord& f = font(t);
     for (int g = 2; g <= f.alphabets[kAlphabetStan].chars; ++g) {
-      const std::vector<Stroke> s = glyph(f, kAlphabetStan, g);
-      int polygon = 0;
+      const std::vector<Stroke> s = strokes(f, kAlphabetStan, g);
+      int polygon = s.empty() ? 0 : static_cast<int>(s.size()) - 1;  // joining points
       for (const Stroke& c : s) {
-        EXPECT_GE(c.size(), 4u) << f.name << " glyph " << g;
-        EXPECT_EQ(c.front(), c.back()) << f.name << " glyph " << g;
+        EXPECT_GE(c.size(), 4U) << where(t, 0, g);
+        EXPECT_EQ(c.front(), c.back()) << where(t, 0, g);
         polygon += static_cast<int>(c.size());
       }
-      if (!s.empty()) {
-        polygon += static_cast<int>(s.size()) - 1;
-      }
-      EXPECT_LE(polygon, kMaxOutlinePolygon) << f.name << " glyph " << g;
+      EXPECT_LE(polygon, kMaxOutlinePolygon) << where(t, 0, g);
     }
-    // Letters made of one outer contour (the largest) and holes.
-    for (int c : {'O', 'o', 'B', '8', 'a', 'e', 'A', 'D', 'R', '0'}) {
-      const std::vector<Stroke> s = stan_glyph(t, c);
-      ASSERT_GE(s.size(), 2u) << f.name << " " << static_cast<char>(c);
+    for (const int c : {'O', 'o', 'B', '8', 'a', 'e', 'A', 'D', 'R', '0'}) {
+      const std::vector<Stroke> s = stan(t, c);
+      ASSERT_GE(s.size(), 2U) << where(t, 0, c - 31);
       std::vector<double> areas;
       for (const Stroke& contour : s) {
         areas.push_back(signed_area(contour));
       }
-      const double outer = *std::max_element(areas.begin(), areas.end(), [](double a, double b) {
-        return std::abs(a) < std::abs(b);
-      });
-      for (double a : areas) {
+      const double outer = *std::max_element(
+          areas.begin(), areas.end(), [](double a, double b) { return std::abs(a) < std::abs(b); });
+      for (const double a : areas) {
         if (a != outer) {
-          EXPECT_LT(a * outer, 0) << f.name << " " << static_cast<char>(c);
+          EXPECT_LT(a * outer, 0) << where(t, 0, c - 31);
         }
       }
     }
   }
 }
 
-// ==========================================================================================
-// Metrics and coverage
-// ==========================================================================================
-
-TEST(FontData, CapitalsSpanTheCharacterHeight) {
-  // Catches a wrong vertical scale or base line: the engine scales by divisors that make a
-  // capital exactly the character height (7 units in zoralf, 21 in the stroke fonts, 200
-  // in the outline fonts), and small letters lower and descenders below the line.
-  for (int t : kTypes) {
-    const double cap = t == 1 ? 7 : t > 10 ? 200 : 21;
-    const Box h = box_of(stan_glyph(t, 'H'));
-    const Box x = box_of(stan_glyph(t, 'x'));
-    const Box p = box_of(stan_glyph(t, 'p'));
-    SCOPED_TRACE(font_data(t)->name);
-    EXPECT_NEAR(h.y0, 0, cap / 40);
-    if (t != 7) {  // the gothic capitals carry flourishes above the line
-      EXPECT_NEAR(h.y1, cap, cap / 40);
-    }
-    EXPECT_LT(x.y1, h.y1 * 0.8);
-    EXPECT_NEAR(x.y0, 0, cap / 40);
-    EXPECT_LT(p.y0, -cap / 10);
-  }
-}
-
-TEST(FontData, EveryStandardCharacterHasAGlyph) {
-  // Catches a character of the standard alphabet left without strokes (it would draw as a
-  // blank), in ASCII, in the extended codes and in the ISO 8859-2/-3 letters of complx.
-  for (int t : kTypes) {
-    const FontData& f = *font_data(t);
-    for (int c = 33; c <= 31 + f.alphabets[kAlphabetStan].chars; ++c) {
-      EXPECT_FALSE(stan_glyph(t, c).empty()) << f.name << " code " << c;
-    }
-  }
-}
-
-// Base letter of the accented codes 127..262 ('-': no single base letter to look for).
+// Base letters of the accented codes 127..262 ('-': none to look for).
 constexpr char kBases[] =
     "AOUaou-AO-ao-NnCcEIe-AEIOUae-ouAEIOUae-ouAEIOUae-ouAaOoYyy--"  // 127..186
     "D--p---AaAaCcCcCcCcDddEeEeGgGgGgHhHhI-J-LlLlNnNnOoRrSsSsSsSsTtTtUuUuUuZzZzZz";
+// Base letters of ISO 8859-1 0xC0..0xFF.
+constexpr char kIso1Bases[] = "AAAAAA-CEEEEIIII-NOOOOO-OUUUUY--aaaaaa-ceeee-----nooooo-ouuuuy-y";
 
-TEST(FontData, AccentedLettersContainTheirBaseLetter) {
-  // Catches a shifted or reordered extended alphabet (codes 127..262 must follow the
-  // driver's re-encoding order and the documented layout): an accented letter drawn from
-  // its base letter contains all of the base letter's points.
-  static_assert(sizeof(kBases) - 1 == 262 - 127 + 1);
-  for (int t : {1, 3, 4, 5, 6}) {
-    const FontData& f = *font_data(t);
-    for (int c = 127; c <= std::min(262, 31 + f.alphabets[kAlphabetStan].chars); ++c) {
+TEST(FontData, EveryCharacterHasItsGlyph) {
+  // Catches a standard character without strokes (drawn as a blank), and a shifted or
+  // reordered extended alphabet: an accented letter contains its base letter's points,
+  // at codes 127..262 (the driver's re-encoding order) and through the ISO 8859-1 table.
+  static_assert(sizeof(kBases) - 1 == 262 - 127 + 1 && sizeof(kIso1Bases) - 1 == 64);
+  for (const int t : kTypes) {
+    const int last = 31 + font(t).alphabets[kAlphabetStan].chars;
+    for (int c = 33; c <= last; ++c) {
+      EXPECT_FALSE(stan(t, c).empty()) << where(t, 0, c - 31);
+    }
+    for (int c = 127; c <= std::min(262, last) && t < 7; ++c) {
       const char base = kBases[c - 127];
-      if (base == '-') {
-        continue;
-      }
-      EXPECT_TRUE(contains_shifted(stan_glyph(t, c), stan_glyph(t, base)))
-          << f.name << " code " << c << " base " << base;
+      EXPECT_TRUE(base == '-' || contains_shifted(stan(t, c), stan(t, base)))
+          << where(t, 0, c - 31) << " base " << base;
     }
   }
-  // In the outline fonts an accent adds contours to its letter.
-  for (int t : {11, 12, 13, 14}) {
-    for (int c : {127, 128, 130, 134, 140, 142, 148, 153, 158, 163}) {
-      EXPECT_GT(stan_glyph(t, c).size(), stan_glyph(t, kBases[c - 127]).size())
-          << font_data(t)->name << " code " << c;
+  for (int b = 0xC0; b <= 0xFF; ++b) {
+    const char base = kIso1Bases[b - 0xC0];
+    EXPECT_TRUE(base == '-' || contains_shifted(stan(3, kIso1Codes[b - kIso1First]), stan(3, base)))
+        << "ISO 8859-1 " << b << " base " << base;
+  }
+  for (const int t : {11, 12, 13, 14}) {  // an accent adds contours to its letter
+    for (const int c : {127, 128, 130, 134, 140, 142, 148, 153, 158, 163}) {
+      EXPECT_GT(stan(t, c).size(), stan(t, kBases[c - 127]).size()) << where(t, 0, c - 31);
     }
   }
 }
 
-TEST(FontData, GreekRussianMathAndScriptLettersAreDistinct) {
-  // Catches a layout that puts the same glyph on two letters or leaves a letter empty, in
-  // each alphabet reached by the letters.
+TEST(FontData, LettersOfTheOtherAlphabetsExistAndDiffer) {
+  // Catches a layout that puts one glyph on two letters or leaves a letter empty.
   struct Case {
     int type, alphabet, first, last;
   };
   const Case cases[] = {
-      {3, kAlphabetGree, 2, 53},   // Greek capitals and small letters
-      {1, kAlphabetGree, 2, 53},   {4, kAlphabetGree, 2, 53},
-      {3, kAlphabetRuss, 2, 67},   // 33 + 33 Russian letters
-      {3, kAlphabetMath, 2, 54},   // symbols on the letters and on code 127
-      {3, kAlphabetScri, 2, 53},   {3, kAlphabetItal, 2, 30},
-      {7, kAlphabetItal, 34, 91},
+      {3, kAlphabetGree, 2, 53}, {1, kAlphabetGree, 2, 53}, {4, kAlphabetGree, 2, 53},
+      {3, kAlphabetRuss, 2, 67}, {3, kAlphabetMath, 2, 54}, {3, kAlphabetScri, 2, 53},
+      {3, kAlphabetItal, 2, 30}, {7, kAlphabetItal, 34, 91},
       {7, kAlphabetScri, 66, 91},  // German I and J are one letter
   };
   for (const Case& c : cases) {
-    const FontData& f = *font_data(c.type);
     std::set<std::vector<Stroke>> seen;
     for (int g = c.first; g <= c.last; ++g) {
-      const std::vector<Stroke> s = glyph(f, c.alphabet, g);
-      SCOPED_TRACE(std::string(f.name) + " " + kAlphabetNames[c.alphabet] + " glyph " +
-                   std::to_string(g));
-      EXPECT_FALSE(s.empty());
-      EXPECT_TRUE(seen.insert(s).second) << "same glyph twice";
+      const std::vector<Stroke> s = strokes(font(c.type), c.alphabet, g);
+      EXPECT_FALSE(s.empty()) << where(c.type, c.alphabet, g);
+      EXPECT_TRUE(seen.insert(s).second) << where(c.type, c.alphabet, g) << " twice";
     }
   }
-  // The Greek capital A (code 'A' in GREE) and alpha (code 'a') draw in every font.
-  for (int t : kTypes) {
-    EXPECT_FALSE(drawn(t, kAlphabetGree, 'A').empty()) << font_data(t)->name;
-    EXPECT_FALSE(drawn(t, kAlphabetGree, 'a').empty()) << font_data(t)->name;
+  for (const int t : kTypes) {
+    EXPECT_FALSE(drawn(t, kAlphabetGree, 'A').empty()) << t;
+    EXPECT_FALSE(drawn(t, kAlphabetGree, 'a').empty()) << t;
   }
-  // The Greek accented letters contain their letter: alpha tonos (127 and 136).
-  EXPECT_TRUE(contains_shifted(drawn(3, kAlphabetGree, 127), drawn(3, kAlphabetGree, 'A')));
-  EXPECT_TRUE(contains_shifted(drawn(4, kAlphabetGree, 136), drawn(4, kAlphabetGree, 'a')));
 }
 
-// ==========================================================================================
-// Character-set tables
-// ==========================================================================================
-
 TEST(FontData, CharacterSetTablesLeadToGlyphs) {
-  // Catches a table entry that names a code without a glyph (it would draw a blank where
-  // the set has a character) or a code beyond the alphabet of the fonts that should have
-  // it: the ISO 8859-7 table must work in the 95-character Greek of zoralf and simplx.
-  for (int i = 0; i < 65; ++i) {
-    const int c = kIso1Codes[i];
-    EXPECT_NE(c, 0) << "ISO 8859-1 " << i + kIso1First;  // every Latin-1 letter exists
-    EXPECT_FALSE(drawn(3, kAlphabetStan, c).empty()) << "ISO 8859-1 " << i + kIso1First;
-  }
+  // Catches a table entry naming a code without a glyph (a blank where the set has a
+  // character), including in the 95-character Greek of zoralf and simplx.
   for (int i = 0; i < 96; ++i) {
     const int b = i + kIsoUpperFirst;
-    for (const uint16_t* table : {kIso2Codes, kIso3Codes}) {
-      if (table[i] > 32) {
-        EXPECT_FALSE(drawn(3, kAlphabetStan, table[i]).empty()) << b;
-      }
+    if (b >= kIso1First) {  // every Latin-1 character above 190 has a glyph
+      EXPECT_FALSE(stan(3, kIso1Codes[b - kIso1First]).empty()) << b;
     }
-    for (const uint8_t* table : {kIso5Codes, kKoi8Codes}) {
-      if (table[i] > 32) {
-        EXPECT_FALSE(drawn(3, kAlphabetRuss, table[i]).empty()) << b;
-      }
+    for (const int code : {kIso2Codes[i], kIso3Codes[i]}) {
+      EXPECT_TRUE(code <= 32 || !stan(3, code).empty()) << b << " code " << code;
     }
-    if (kIso7Codes[i] > 32) {
-      for (int t : {1, 3, 4}) {
-        EXPECT_FALSE(drawn(t, kAlphabetGree, kIso7Codes[i]).empty()) << t << " " << b;
-      }
+    for (const int code : {kIso5Codes[i], kKoi8Codes[i]}) {
+      EXPECT_TRUE(code <= 32 || !drawn(3, kAlphabetRuss, code).empty()) << b;
     }
-  }
-  for (int i = 0; i < 96; ++i) {
+    for (const int t : {1, 3, 4}) {
+      EXPECT_TRUE(kIso7Codes[i] <= 32 || !drawn(t, kAlphabetGree, kIso7Codes[i]).empty()) << b;
+    }
     const int k = kUnicodeCyrillicAlphabets[i];
-    ASSERT_TRUE(k == kAlphabetStan || k == kAlphabetRuss);
-    if (kUnicodeCyrillicCodes[i] > 32) {
-      EXPECT_FALSE(drawn(3, k, kUnicodeCyrillicCodes[i]).empty()) << i + 0x400;
-    }
+    EXPECT_TRUE(k == kAlphabetStan || k == kAlphabetRuss) << i;
+    EXPECT_TRUE(kUnicodeCyrillicCodes[i] <= 32 || !drawn(3, k, kUnicodeCyrillicCodes[i]).empty())
+        << i + 0x400;
   }
   for (int i = 0; i < 73; ++i) {
     const int k = kUnicodeGreekAlphabets[i];
-    ASSERT_TRUE(k == kAlphabetStan || k == kAlphabetGree);
-    if (kUnicodeGreekCodes[i] > 32) {
-      EXPECT_FALSE(drawn(3, k, kUnicodeGreekCodes[i]).empty()) << i + 0x386;
-    }
+    EXPECT_TRUE(k == kAlphabetStan || k == kAlphabetGree) << i;
+    EXPECT_TRUE(kUnicodeGreekCodes[i] <= 32 || !drawn(3, k, kUnicodeGreekCodes[i]).empty())
+        << i + 0x386;
   }
-  // Spot checks of the layouts.
-  EXPECT_EQ(kIso1Codes[0xC4 - kIso1First], 127);  // A dieresis
-  EXPECT_EQ(kIso1Codes[0xBF - kIso1First], 186);  // inverted question mark
-  EXPECT_EQ(kIso1Codes[0xFF - kIso1First], 184);  // y dieresis
-  const int zhe = 0x416 - kUnicodeCyrillicFirst;   // Cyrillic capital Zhe
-  EXPECT_EQ(kUnicodeCyrillicAlphabets[zhe], kAlphabetRuss);
-  EXPECT_FALSE(drawn(3, kAlphabetRuss, kUnicodeCyrillicCodes[zhe]).empty());
-  EXPECT_EQ(kUnicodeGreekCodes[0x3B1 - kUnicodeGreekFirst], 'a');  // alpha on 'a'
-  EXPECT_EQ(kUnicodeGreekCodes[0x3A6 - kUnicodeGreekFirst], 'F');  // Phi on 'F'
 }
 
 TEST(FontData, CharacterSetTablesAgreeWithEachOther) {
-  // Catches a table built from a wrong chart: the same character must get the same code
-  // whichever set it comes from.
-  // ISO 8859-5 letters 0xB0..0xEF are U+0410..U+044F in order, 0xA1 and 0xF1 are Io.
-  for (int b = 0xB0; b <= 0xEF; ++b) {
+  // Catches a table built from a wrong chart: a character gets the same code whichever
+  // set it comes from.
+  for (int b = 0xB0; b <= 0xEF; ++b) {  // ISO 8859-5 0xB0..0xEF are U+0410..U+044F
     EXPECT_EQ(kIso5Codes[b - 160], kUnicodeCyrillicCodes[b - 0xB0 + 0x10]) << b;
   }
-  EXPECT_EQ(kIso5Codes[0xA1 - 160], kUnicodeCyrillicCodes[0x01]);
-  EXPECT_EQ(kIso5Codes[0xF1 - 160], kUnicodeCyrillicCodes[0x51]);
+  EXPECT_EQ(kIso5Codes[0xA1 - 160], kUnicodeCyrillicCodes[0x01]);  // Io
+  EXPECT_EQ(kIso5Codes[0xF1 - 160], kUnicodeCyrillicCodes[0x51]);  // io
+  EXPECT_EQ(kKoi8Codes[0xA3 - 160], kIso5Codes[0xF1 - 160]);
+  EXPECT_EQ(kKoi8Codes[0xB3 - 160], kIso5Codes[0xA1 - 160]);
   // KOI8-R small letters at 0xC0..0xDF in its own order, the capitals 32 above.
   const int koi8[32] = {0x44E, 0x430, 0x431, 0x446, 0x434, 0x435, 0x444, 0x433,
                         0x445, 0x438, 0x439, 0x43A, 0x43B, 0x43C, 0x43D, 0x43E,
                         0x43F, 0x44F, 0x440, 0x441, 0x442, 0x443, 0x436, 0x432,
                         0x44C, 0x44B, 0x437, 0x448, 0x44D, 0x449, 0x447, 0x44A};
+  std::set<int> russian;
   for (int i = 0; i < 32; ++i) {
     EXPECT_EQ(kKoi8Codes[0xC0 + i - 160], kUnicodeCyrillicCodes[koi8[i] - 0x400]) << i;
-    EXPECT_EQ(kKoi8Codes[0xE0 + i - 160], kUnicodeCyrillicCodes[koi8[i] - 0x20 - 0x400]) << i;
+    EXPECT_EQ(kKoi8Codes[0xE0 + i - 160], kUnicodeCyrillicCodes[koi8[i] - 0x420]) << i;
+    russian.insert({kKoi8Codes[0xC0 + i - 160], kKoi8Codes[0xE0 + i - 160]});
   }
-  EXPECT_EQ(kKoi8Codes[0xA3 - 160], kIso5Codes[0xF1 - 160]);  // io
-  EXPECT_EQ(kKoi8Codes[0xB3 - 160], kIso5Codes[0xA1 - 160]);  // Io
-  // The 66 Russian letters get 66 different codes.
-  std::set<int> russian;
-  for (int i = 0x10; i < 0x50; ++i) {
-    russian.insert(kUnicodeCyrillicCodes[i]);
-  }
-  russian.insert(kUnicodeCyrillicCodes[0x01]);
-  russian.insert(kUnicodeCyrillicCodes[0x51]);
-  EXPECT_EQ(russian.size(), 66u);
-  // ISO 8859-7 0xB6..0xFE are U+0386..U+03CE, but for three Latin-1 signs.
-  for (int b = 0xB6; b <= 0xFE; ++b) {
-    if (b == 0xB7 || b == 0xBB || b == 0xBD) {
-      continue;
+  russian.insert({kIso5Codes[0xA1 - 160], kIso5Codes[0xF1 - 160]});
+  EXPECT_EQ(russian.size(), 66U);  // 66 Russian letters, 66 codes
+  for (int b = 0xB6; b <= 0xFE; ++b) {  // ISO 8859-7 0xB6..0xFE are U+0386..U+03CE ...
+    if (b != 0xB7 && b != 0xBB && b != 0xBD) {  // ... but for three Latin-1 signs
+      EXPECT_EQ(kIso7Codes[b - 160], kUnicodeGreekCodes[b + 0x2D0 - 0x386]) << b;
     }
-    EXPECT_EQ(kIso7Codes[b - 160], kUnicodeGreekCodes[b + 0x2D0 - 0x386]) << b;
   }
   // Latin letters that ISO 8859-1, -2 and -3 share at the same byte.
-  for (int b : {0xC1, 0xC2, 0xC4, 0xC7, 0xC9, 0xCB, 0xCD, 0xCE, 0xD3, 0xD4, 0xD6, 0xD7,
-                0xDA, 0xDC, 0xDF, 0xE1, 0xE2, 0xE4, 0xE7, 0xE9, 0xEB, 0xED, 0xEE, 0xF3,
-                0xF4, 0xF6, 0xF7, 0xFA, 0xFC}) {
+  for (const int b : {0xC1, 0xC2, 0xC4, 0xC7, 0xC9, 0xCB, 0xCD, 0xCE, 0xD3, 0xD4, 0xD6, 0xD7,
+                      0xDA, 0xDC, 0xDD, 0xDF, 0xE1, 0xE2, 0xE4, 0xE7, 0xE9, 0xEB, 0xED, 0xEE,
+                      0xF3, 0xF4, 0xF6, 0xF7, 0xFA, 0xFC}) {
     EXPECT_EQ(kIso2Codes[b - 160], kIso1Codes[b - kIso1First]) << b;
-    EXPECT_EQ(kIso3Codes[b - 160], kIso1Codes[b - kIso1First]) << b;
+    EXPECT_TRUE(b == 0xDD || kIso3Codes[b - 160] == kIso1Codes[b - kIso1First]) << b;
   }
-  EXPECT_EQ(kIso2Codes[0xDD - 160], kIso1Codes[0xDD - kIso1First]);  // Y acute
 }
 
 }  // namespace

@@ -5,9 +5,9 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "core/global_block.h"
@@ -46,10 +46,7 @@ struct Written {
 class Recorder final : public Driver {
  public:
   explicit Recorder(unsigned caps) : caps_(caps) {}
-  bool open(Sink* /*out*/, const DriverSetup& setup) override {
-    setup_ = setup;
-    return true;
-  }
+  bool open(Sink* /*out*/, const DriverSetup& /*setup*/) override { return true; }
   void point(double x, double y, Pen pen) override { points.push_back({x, y, pen}); }
   unsigned caps() const override { return caps_; }
   void colour(Rgb rgb, int value) override {
@@ -80,22 +77,23 @@ class Recorder final : public Driver {
   std::vector<Written> texts;
   bool fail = false;             // what failed() reports
   long long overflow_count = 0;  // what overflows() reports
-  DriverSetup setup_;
 
  private:
   unsigned caps_;
 };
 
-// A plot open on a recording driver, with messages captured in memory. With `raw` the
-// dispatch hands plot units over unchanged, so that geometry can be checked directly.
+// A plot open on a recording driver for the device of metafl keyword `key`, with messages
+// captured in memory. With `raw` the dispatch hands plot units over unchanged, so that
+// geometry can be checked directly.
 class Plot : public Captured {
  public:
-  explicit Plot(int device = 201, bool raw = true, unsigned caps = kCapFill) {
-    g.core.device = device;
+  explicit Plot(std::string_view key = "GKSL", bool raw = true, unsigned caps = kCapFill) {
+    const DeviceInfo& dev = *find_device(key);
+    g.core.device = dev.code;
     g.core.level = 1;
     auto r = std::make_unique<Recorder>(caps);
     rec = r.get();
-    EXPECT_TRUE(open_driver(g, *find_device(device), std::move(r), nullptr));
+    EXPECT_TRUE(open_driver(g, dev, std::move(r), nullptr));
     if (raw) {
       g.pipe.dispatch = Dispatch::None;
       g.pipe.scale = 1.0;
@@ -105,10 +103,7 @@ class Plot : public Captured {
     rec->colours.clear();
     rec->values.clear();
   }
-  ~Plot() {
-    g.pipe.driver.reset();
-  }
-  std::string messages() { return text(); }
+  ~Plot() { g.pipe.driver.reset(); }
   // The points sent so far, split into polylines at every Move.
   std::vector<std::vector<Sent>> polylines() {
     end_polyline(g);
@@ -126,9 +121,20 @@ class Plot : public Captured {
     }
     return out;
   }
+  // The same as text: "x,y x,y; x,y x,y" (seven significant digits).
+  std::string traced() {
+    std::string out;
+    for (const auto& line : polylines()) {
+      for (std::size_t i = 0; i < line.size(); ++i) {
+        char buf[64];
+        std::snprintf(buf, sizeof buf, "%s%.7g,%.7g", i > 0 ? " " : out.empty() ? "" : "; ",
+                      line[i].x, line[i].y);
+        out += buf;
+      }
+    }
+    return out;
+  }
 
   Recorder* rec = nullptr;
 };
-
-
 }  // namespace zorvel::recording

@@ -1,6 +1,9 @@
 package ztest;
 
-/** Raises the library's callback events (test-only natives of the test libzorjava). */
+/**
+ * Raises the library's callback events through the callbacks that the library stored
+ * (test-only natives of the test libzorjava).
+ */
 public final class Trigger {
   private Trigger() {}
 
@@ -10,9 +13,9 @@ public final class Trigger {
   /** A window event, raised on a new native thread. */
   public static native void window(int a, int b, int c, int d, int e);
 
-  /** The sum of the user function at x = 0 .. n-1, evaluated on a new native thread. */
+  /** The sum of the surface function at x = 0 .. n-1, evaluated on a new native thread. */
   public static native double surface(int n, double y);
 
-  /** Empties the registry. */
+  /** Forgets every callback. */
   public static native void clear();
 }
