@@ -137,21 +137,20 @@ namespace api {
 void metafl(GlobalBlock& g, const char* cdev) {
   const Key4 k = key4(cdev);
   const std::string_view key = key_view(k);
-  int code = 0;
-  if (key >= "MET1" && key <= "MET9") {
-    code = 80;
-  } else if (const DeviceInfo* dev = find_device(key)) {
-    code = dev->code;
-  } else {
+  const DeviceInfo* dev = find_device(key);
+  if (dev == nullptr && key >= "MET1" && key <= "MET9") {
+    dev = &screen_device();  // the screen metafile keywords draw in the screen window
+  }
+  if (dev == nullptr) {
     warn(g, 2, std::string_view(cdev));
     return;
   }
-  if (key == "GL  ") {
-    // Drawing through OpenGL is not built into this library.
-    code = 80;
+  if (dev->family == DeviceFamily::OpenGL) {
+    // Drawing through OpenGL is not built into this library: the plain window instead.
+    dev = &screen_device();
     warn(g, 181);
   }
-  g.core.device = code;
+  g.core.device = dev->code;
   g.core.device_key = key;
   g.core.metafl_called = true;
 }

@@ -3,6 +3,13 @@
 #include <array>
 
 namespace zorvel {
+
+// The driver factories, one per driver source.
+std::unique_ptr<Driver> make_gksl_driver();
+std::unique_ptr<Driver> make_ps_driver();
+std::unique_ptr<Driver> make_hpgl_driver();
+std::unique_ptr<Driver> make_java_driver();
+
 namespace {
 
 using F = DeviceFamily;
@@ -97,6 +104,8 @@ const DeviceInfo* find_device(int code) {
 }
 
 const DeviceInfo& default_device() { return kDevices[0]; }
+
+const DeviceInfo& screen_device() { return *find_device("XWND"); }
 
 void sheet_size(Sheet s, double& width, double& height) {
   width = 0.0;

@@ -109,16 +109,12 @@ const DeviceInfo* find_device(std::string_view key4);
 const DeviceInfo* find_device(int code);
 // The row of the device that zorini chooses when metafl was never called.
 const DeviceInfo& default_device();
+// The row of the plain screen window (for keywords that stand for it).
+const DeviceInfo& screen_device();
 
 // The device page of a sheet in plot units (0 x 0 for None and Window).
 void sheet_size(Sheet s, double& width, double& height);
 // The thinnest line of a device in plot units at the device scale s.
 double thinnest_line(const DeviceInfo& dev, double s);
-
-// Factories of the drivers (one source file each).
-std::unique_ptr<Driver> make_gksl_driver();
-std::unique_ptr<Driver> make_ps_driver();
-std::unique_ptr<Driver> make_hpgl_driver();
-std::unique_ptr<Driver> make_java_driver();
 
 }  // namespace zorvel

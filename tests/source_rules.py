@@ -57,39 +57,13 @@ DRIVER_MEMBER = re.compile(r"(?:\.|->)\s*" + DEV_NAME + r"\b")
 INCLUDE = re.compile(r'^\s*#\s*include\s*[<"]([^">]+)[">]', re.M)
 
 
+# Comments, raw strings, strings and character literals (not digit separators: 1'000).
+LITERAL = re.compile(r"""//[^\n]*|/\*.*?\*/|\bR"([^(\s"]*)\(.*?\)\1"|"(?:\\.|[^"\\\n])*"|(?<![0-9])'(?:\\.|[^'\\\n])*'""", re.S)
+
+
 def strip(text):
     """Comments, string and character literals blanked out; lines stay where they are."""
-    out = []
-    i, n = 0, len(text)
-    while i < n:
-        c = text[i]
-        if text.startswith("//", i):
-            j = text.find("\n", i)
-            j = n if j < 0 else j
-            out.append(" " * (j - i))
-            i = j
-        elif text.startswith("/*", i):
-            j = text.find("*/", i + 2)
-            j = n if j < 0 else j + 2
-            out.append(re.sub(r"[^\n]", " ", text[i:j]))
-            i = j
-        elif c == 'R' and text.startswith('R"', i) and (i == 0 or not (text[i - 1].isalnum() or text[i - 1] == "_")):
-            m = re.match(r'R"([^(\s]*)\(', text[i:])
-            end = text.find(")" + (m.group(1) if m else "") + '"', i)
-            j = n if end < 0 or not m else end + len(m.group(1)) + 2
-            out.append('"' + re.sub(r"[^\n]", " ", text[i + 1:j - 1]) + '"')
-            i = j
-        elif c in "\"'":
-            j = i + 1
-            while j < n and text[j] != c and text[j] != "\n":
-                j += 2 if text[j] == "\\" else 1
-            j = min(j + 1, n)
-            out.append(c + " " * max(0, j - i - 2) + (c if j - i >= 2 else ""))
-            i = j
-        else:
-            out.append(c)
-            i += 1
-    return "".join(out)
+    return LITERAL.sub(lambda m: re.sub(r"[^\n]", " ", m.group(0)), text)
 
 
 def line_of(text, pos):
@@ -106,8 +80,8 @@ def message_receivers(code):
 
 def is_message_device(match, receivers):
     recv = match.groupdict().get("recv") or ""
-    parts = [p for p in re.split(r"\s*(?:\.|->)\s*", recv.strip()) if p]
-    return bool(parts) and re.sub(r"[(\[].*", "", parts[-1]) in receivers
+    chain = [p for p in re.split(r"\s*(?:\.|->)\s*", recv.strip()) if p]
+    return bool(chain) and re.sub(r"[(\[].*", "", chain[-1]) in receivers
 
 
 def switch_body(code, start):
@@ -128,6 +102,8 @@ def switch_body(code, start):
 
 def device_code_problems(rel, code):
     problems = []
+    if not re.search(r"[dD]ev", code):
+        return problems  # nothing named like a device: the generated font tables
     receivers = message_receivers(code)
     for pattern in (COMPARE_RIGHT, COMPARE_LEFT):
         for m in pattern.finditer(code):

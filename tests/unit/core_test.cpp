@@ -6,7 +6,9 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <set>
 #include <string>
+#include <string_view>
 
 #include "api_decl.h"
 #include "core/global_block.h"
@@ -67,6 +69,26 @@ TEST(Warnings, RareForms) {
   const std::string line = longer.text();
   EXPECT_EQ(line.size(), 132U);
   EXPECT_EQ(line.back(), '\n');
+}
+
+TEST(Warnings, TableNumbersAreUniqueAndHaveTexts) {
+  // Catches a number given two messages in core/warnings.def (the first would hide the
+  // second) and a number above 100 without a text (it would print a blank).
+  struct Entry {
+    int number;
+    std::string_view text;
+  };
+  constexpr Entry kTable[] = {
+#define ZORVEL_MESSAGE(n, text) {n, text},
+#include "core/warnings.def"
+#undef ZORVEL_MESSAGE
+  };
+  std::set<int> seen;
+  for (const Entry& e : kTable) {
+    EXPECT_TRUE(seen.insert(e.number).second) << "number " << e.number << " twice";
+    EXPECT_TRUE(e.number <= 100 || e.text.find_first_not_of(' ') != std::string_view::npos)
+        << "number " << e.number << " without a text";
+  }
 }
 
 TEST(Page, FormatsUnitsAndOrigin) {

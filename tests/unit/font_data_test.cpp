@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <map>
 #include <memory>
 #include <set>
@@ -80,58 +81,37 @@ std::string where(int type, int k, int g) {
          std::to_string(g);
 }
 
-TEST(FontData, RecordsFillTheirIndexAndStayInTheirPools) {
+TEST(FontData, EveryGlyphWalksAndLiesInItsCell) {
   // Catches a wrong length word (every later glyph of the alphabet turns blank), a
   // descriptor cut off by its record or a stroke reading outside its pool (the walk makes
   // that glyph blank), junk after the last record, a character count beyond the caches,
-  // strokes of one point, and a lookup that returns another font.
+  // strokes of one point, a lookup that returns another font, and coordinates out of
+  // their cell: left of the pen (overlapping the previous character), widths or heights
+  // out of scale (a unit or sign error in the generator), or outside the 6-unit cell of
+  // the fixed-pitch default font.
   for (const int t : kTypes) {
     const FontData& d = *font_data(t);
     ASSERT_EQ(d.type, t);
     const FontRecord& f = font(t);
     for (int k = 0; k < kAlphabetCount; ++k) {
       const AlphabetData& a = d.alphabets[k];
-      EXPECT_LE(a.chars, kMaxGlyphs) << where(t, k, 0);
-      if (a.index_words == 0) {
-        continue;  // draws the STAN glyphs
-      }
-      EXPECT_EQ(a.points > 0, a.packed != nullptr) << where(t, k, 0);
-      EXPECT_EQ(a.points < 0, a.xs != nullptr && a.ys != nullptr) << where(t, k, 0);
       const AlphabetSlot& s = f.alphabets[static_cast<std::size_t>(k)];
-      for (int g = 2; g <= a.chars; ++g) {
+      EXPECT_LE(a.chars, kMaxGlyphs) << where(t, k, 0);
+      if (a.index_words > 0) {
+        EXPECT_EQ(a.points > 0, a.packed != nullptr) << where(t, k, 0);
+        EXPECT_EQ(a.points < 0, a.xs != nullptr && a.ys != nullptr) << where(t, k, 0);
+        const int last = s.record[static_cast<std::size_t>(a.chars)];
+        EXPECT_EQ(last < 0 ? -1 : last + a.index[last], a.index_words) << where(t, k, 0);
+      }
+      const bool on_stan_pool = s.packed == f.alphabets[0].packed && s.xs == f.alphabets[0].xs;
+      const bool cell = t == 1 && on_stan_pool;
+      const double x_hi = cell ? (s.fixed_pitch ? 6 : 7) : s.outline ? 300 : 32;
+      const double y_lo = cell ? -2 : s.outline ? -70 : -14;
+      const double y_hi = cell ? 10 : s.outline ? 270 : 30;
+      for (int g = 2; g <= s.chars; ++g) {
         ASSERT_GE(s.record[static_cast<std::size_t>(g)], 0) << where(t, k, g);
         for (const Stroke& st : strokes(f, k, g)) {
           EXPECT_GE(st.size(), 2U) << where(t, k, g);
-        }
-      }
-      const int last = s.record[static_cast<std::size_t>(a.chars)];
-      EXPECT_EQ(last + a.index[last], a.index_words) << where(t, k, 0);
-    }
-  }
-  for (const int t : {-1, 0, 2, 8, 10, 15}) {
-    EXPECT_EQ(font_data(t), nullptr) << t;
-  }
-}
-
-TEST(FontData, GlyphsLieWithinTheirCells) {
-  // Catches coordinates left of the pen (overlapping the previous character), widths or
-  // heights out of scale (a unit or sign error in the generator), and glyphs of the
-  // fixed-pitch default font that leave its 6-unit cell.
-  for (const int t : kTypes) {
-    const FontRecord& f = font(t);
-    for (int k = 0; k < kAlphabetCount; ++k) {
-      const AlphabetSlot& s = f.alphabets[static_cast<std::size_t>(k)];
-      const bool on_stan_pool = s.packed == f.alphabets[0].packed && s.xs == f.alphabets[0].xs;
-      double x_hi = s.outline ? 300 : 32;
-      double y_lo = s.outline ? -70 : -14;
-      double y_hi = s.outline ? 270 : 30;
-      if (t == 1 && on_stan_pool) {
-        x_hi = s.fixed_pitch ? 6 : 7;
-        y_lo = -2;
-        y_hi = 10;
-      }
-      for (int g = 2; g <= s.chars; ++g) {
-        for (const Stroke& st : strokes(f, k, g)) {
           for (const auto& [x, y] : st) {
             EXPECT_TRUE(x >= 0 && x <= x_hi && y >= y_lo && y <= y_hi)
                 << where(t, k, g) << " point " << x << ", " << y;
@@ -139,6 +119,9 @@ TEST(FontData, GlyphsLieWithinTheirCells) {
         }
       }
     }
+  }
+  for (const int t : {-1, 0, 2, 8, 10, 15}) {
+    EXPECT_EQ(font_data(t), nullptr) << t;
   }
 }
 
@@ -150,35 +133,27 @@ double signed_area(const Stroke& c) {
   return a / 2;
 }
 
-TEST(FontData, OutlineGlyphsAreClosedPolygonsThatFitTheBuffer) {
-  // Catches contours that are not closed (a gap in the outline, joins that do not
-  // cancel), glyphs too large for the engine's polygon buffer, and holes that run the
-  // same way as their outer contour (they would fill solid under the non-zero rule).
+TEST(FontData, OutlineGlyphsAreClosedWithHolesRunningBackwards) {
+  // Catches contours that are not closed (a gap in the outline, a fill that leaks) and
+  // holes that run the same way as their outer contour (they would fill solid under the
+  // non-zero rule).
   for (const int t : {11, 12, 13, 14}) {
     const FontRecord& f = font(t);
     for (int g = 2; g <= f.alphabets[kAlphabetStan].chars; ++g) {
-      const std::vector<Stroke> s = strokes(f, kAlphabetStan, g);
-      int polygon = s.empty() ? 0 : static_cast<int>(s.size()) - 1;  // joining points
-      for (const Stroke& c : s) {
-        EXPECT_GE(c.size(), 4U) << where(t, 0, g);
-        EXPECT_EQ(c.front(), c.back()) << where(t, 0, g);
-        polygon += static_cast<int>(c.size());
+      for (const Stroke& c : strokes(f, kAlphabetStan, g)) {
+        EXPECT_TRUE(c.size() >= 4 && c.front() == c.back()) << where(t, 0, g);
       }
-      EXPECT_LE(polygon, kMaxOutlinePolygon) << where(t, 0, g);
     }
     for (const int c : {'O', 'o', 'B', '8', 'a', 'e', 'A', 'D', 'R', '0'}) {
       const std::vector<Stroke> s = stan(t, c);
       ASSERT_GE(s.size(), 2U) << where(t, 0, c - 31);
-      std::vector<double> areas;
+      double outer = 0;  // the largest contour
       for (const Stroke& contour : s) {
-        areas.push_back(signed_area(contour));
+        outer = std::abs(signed_area(contour)) > std::abs(outer) ? signed_area(contour) : outer;
       }
-      const double outer = *std::max_element(
-          areas.begin(), areas.end(), [](double a, double b) { return std::abs(a) < std::abs(b); });
-      for (const double a : areas) {
-        if (a != outer) {
-          EXPECT_LT(a * outer, 0) << where(t, 0, c - 31);
-        }
+      for (const Stroke& contour : s) {
+        const double a = signed_area(contour);
+        EXPECT_TRUE(a == outer || a * outer < 0) << where(t, 0, c - 31);
       }
     }
   }
@@ -285,10 +260,7 @@ TEST(FontData, CharacterSetTablesAgreeWithEachOther) {
   EXPECT_EQ(kKoi8Codes[0xA3 - 160], kIso5Codes[0xF1 - 160]);
   EXPECT_EQ(kKoi8Codes[0xB3 - 160], kIso5Codes[0xA1 - 160]);
   // KOI8-R small letters at 0xC0..0xDF in its own order, the capitals 32 above.
-  const int koi8[32] = {0x44E, 0x430, 0x431, 0x446, 0x434, 0x435, 0x444, 0x433,
-                        0x445, 0x438, 0x439, 0x43A, 0x43B, 0x43C, 0x43D, 0x43E,
-                        0x43F, 0x44F, 0x440, 0x441, 0x442, 0x443, 0x436, 0x432,
-                        0x44C, 0x44B, 0x437, 0x448, 0x44D, 0x449, 0x447, 0x44A};
+  const char16_t koi8[] = u"юабцдефгхийклмнопярстужвьызшэщчъ";
   std::set<int> russian;
   for (int i = 0; i < 32; ++i) {
     EXPECT_EQ(kKoi8Codes[0xC0 + i - 160], kUnicodeCyrillicCodes[koi8[i] - 0x400]) << i;

@@ -1,7 +1,7 @@
 // The PostScript driver on its own, through the Driver interface, where the golden scenes
 // (tests/golden) do not reach: page set-ups and variant combinations they do not draw,
-// the polyline rules at their edges, width settings without a public routine, paths of
-// several contours and write errors.
+// the polyline rules at their edges, width settings without a public routine, non-zero
+// fills and write errors.
 
 #include <gtest/gtest.h>
 
@@ -36,7 +36,7 @@ DriverSetup a4(std::string_view key) {
 
 // Opens the driver, runs `body`, closes it and returns what it wrote.
 std::string run(const DriverSetup& setup, const std::function<void(Driver&)>& body = {}) {
-  std::unique_ptr<Driver> d = make_ps_driver();
+  std::unique_ptr<Driver> d = find_device("PS  ")->factory();
   MemorySink sink;
   EXPECT_TRUE(d->open(&sink, setup));
   if (body) {
@@ -161,22 +161,15 @@ TEST(PsDriver, WidthsAndMitres) {
             "10.00 setmiterlimit");
 }
 
-TEST(PsDriver, PathsOfSeveralContours) {
-  // Catches a second contour that starts a new path (`u` does newpath, so the first
-  // contour would be lost), the even-odd rule not reaching the file, a fill colour that
-  // leaks into the following lines (gsave/grestore), and a rectangle not sent as `e`.
-  const double rx[] = {10, 10, 50, 50}, ry[] = {20, 60, 60, 20};
-  const double tx[] = {0, 40, 20, 10, 12, 11}, ty[] = {0, 0, 30, 5, 5, 8};
-  const int one[] = {4}, tri[] = {3}, two[] = {3, 6};
-  EXPECT_EQ(drawn("EPS ",
-                  [&](Driver& d) {
-                    d.fill(Path{rx, ry, one, FillRule::NonZero}, Rgb{1, 2, 3});
-                    d.fill(Path{{tx, 3}, {ty, 3}, tri, FillRule::NonZero}, Rgb{9, 8, 7});
-                    d.fill(Path{tx, ty, two, FillRule::EvenOdd}, Rgb{});
-                  }),
-            "10 20 50 60 1 2 3 e gsave 9 8 7 f 0 0 u 40 0 d 20 30 d closepath fill grestore "
-            "gsave 0 0 0 f 0 0 u 40 0 d 20 30 d closepath 10 5 cm exch cm exch moveto 12 5 d "
-            "11 8 d closepath eofill grestore");
+TEST(PsDriver, NonZeroPathsAndNearRectangles) {
+  // Catches the non-zero rule written as eofill, and a four-point path that is not an
+  // axis-parallel rectangle sent through `e`. (The golden text scene pins even-odd paths
+  // of several contours, the golden line scene rectangles.)
+  const double xs[] = {10, 10, 50, 51};
+  const double ys[] = {20, 60, 60, 20};
+  const int ends[] = {4};
+  EXPECT_EQ(drawn("EPS ", [&](Driver& d) { d.fill(Path{xs, ys, ends}, Rgb{9, 8, 7}); }),
+            "gsave 9 8 7 f 10 20 u 10 60 d 50 60 d 51 20 d closepath fill grestore");
 }
 
 TEST(PsDriver, WriteErrorIsReportedByClose) {
@@ -186,7 +179,7 @@ TEST(PsDriver, WriteErrorIsReportedByClose) {
   if (f == nullptr) {
     GTEST_SKIP() << "no /dev/full";
   }
-  std::unique_ptr<Driver> d = make_ps_driver();
+  std::unique_ptr<Driver> d = find_device("PS  ")->factory();
   FileSink sink(f);
   d->open(&sink, a4("PS  "));
   d->point(0, 0, Pen::Move);
