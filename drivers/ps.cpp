@@ -606,6 +606,9 @@ void PsDriver::text(const TextRun& run) {
     angle = 0.0;
   }
   for (const GlyphPlace& glyph : run.glyphs) {
+    if (glyph.code == ' ') {
+      continue;  // blanks only move the next character, which has its own place
+    }
     out.int_word(glyph.code);
     out.int_word(to_unit(glyph.x));
     out.int_word(to_unit(glyph.y));

@@ -44,10 +44,9 @@
 //
 // Outline fonts (FontData::outline): the glyphs of their STAN alphabet (also when ITAL
 // falls back to them) are closed contours (the last point repeats the first) whose
-// offsets count in units of 2.0. All contours of a glyph together, plus one joining point
-// for every contour after the first, never exceed kMaxOutlinePolygon points; inner
-// contours run opposite to outer ones, so the polygon fills correctly with either fill
-// rule.
+// offsets count in units of 2.0. The engine fills all contours of a glyph as one path by
+// the even-odd rule, with any number of points; inner contours also run opposite to outer
+// ones, so the glyphs fill correctly with the non-zero rule too.
 
 #include <cstdint>
 
@@ -63,9 +62,6 @@ enum AlphabetIndex : uint8_t {
   kAlphabetRuss = 5,  // Russian
 };
 inline constexpr int kAlphabetCount = 6;
-
-// Largest number of points of one outline glyph's polygon (contours and joining points).
-inline constexpr int kMaxOutlinePolygon = 200;
 
 struct AlphabetData {
   const uint16_t* packed;  // packed pool, or nullptr

@@ -11,28 +11,32 @@ constexpr int kDriverCopyright = 187;  // the copyright sign in the driver's enc
 constexpr int kDriverLast = 186;       // last accented letter of the driver's encoding
 constexpr int kCopyright = 264;        // the copyright sign of the extended alphabet
 
-MappedCode blank() { return {kBlank, -1}; }
+constexpr int kFirstLatin1Sign = 161;  // codes below it from 127 up: controls, no-break space
+
+// A character that the fonts lack, and a code that stands for a blank.
+MappedCode missing() { return {kBlank, -1, true}; }
+MappedCode blank() { return {kBlank, -1, false}; }
 
 MappedCode table_code(int entry, int alphabet) {
-  return entry == 0 ? blank() : MappedCode{entry, alphabet};
+  return entry == 0 ? missing() : MappedCode{entry, alphabet, false};
 }
 
 // ISO 8859-1, also Unicode up to 255.
 MappedCode map_latin1(int code) {
   switch (code) {
     case 161:
-      return {185, -1};
+      return {185, -1, false};
     case 164:
-      return {263, -1};
+      return {263, -1, false};
     case 169:
-      return {kCopyright, -1};
+      return {kCopyright, -1, false};
     default:
       break;
   }
   if (code >= kIso1First && code <= kUpperLast) {
     return table_code(kIso1Codes[code - kIso1First], -1);
   }
-  return blank();
+  return code < kFirstLatin1Sign ? blank() : missing();
 }
 
 MappedCode map_unicode(int code) {
@@ -47,7 +51,7 @@ MappedCode map_unicode(int code) {
     const int i = code - kUnicodeGreekFirst;
     return table_code(kUnicodeGreekCodes[i], kUnicodeGreekAlphabets[i]);
   }
-  return blank();
+  return missing();
 }
 
 // Sets whose upper half (160..255) is one table drawn from one alphabet; the other
@@ -57,15 +61,15 @@ MappedCode map_upper(int code, const T* table, int alphabet, int lower_alphabet)
   if (code >= kIsoUpperFirst && code <= kUpperLast) {
     return table_code(table[code - kIsoUpperFirst], alphabet);
   }
-  return {code, lower_alphabet};
+  return {code, lower_alphabet, false};
 }
 
 MappedCode map_set(int charset, int code) {
   switch (charset) {
     case kCharsetStan:
-      return {code, -1};
+      return {code, -1, false};
     case kCharsetIso1:
-      return code <= kUpperLast ? map_latin1(code) : blank();
+      return code <= kUpperLast ? map_latin1(code) : missing();
     case kCharsetUtf8:
       return map_unicode(code);
     case kCharsetIso2:
@@ -79,14 +83,14 @@ MappedCode map_set(int charset, int code) {
     case kCharsetIso7:
       return map_upper(code, kIso7Codes, kAlphabetGree, kAlphabetStan);
     default:
-      return blank();
+      return missing();
   }
 }
 
 }  // namespace
 
 MappedCode map_charset(int charset, int code, int current_alphabet) {
-  MappedCode m{code < kBlank ? kBlank : code, -1};
+  MappedCode m{code < kBlank ? kBlank : code, -1, false};
   const bool eight_bit_sets =
       charset == kCharsetIso5 || charset == kCharsetKoi8 || charset == kCharsetIso7;
   if (m.code < 127) {

@@ -14,12 +14,14 @@ inline constexpr int kBlank = 32;
 struct MappedCode {
   int code;      // character code of the fonts (glyph = code - 31)
   int alphabet;  // alphabet to draw this one character from, -1: the current one
+  bool missing;  // a character that the fonts lack, drawn as the blank
 };
 
 // Maps a decoded code by the character set (chacod). Codes below 32 become the blank;
 // codes from 127 up become glyph codes of the extended standard alphabet, of RUSS or of
-// GREE by the set's table, or the blank where no table covers them. Code 127 while the
-// current alphabet is MATH is kept.
+// GREE by the set's table, or the blank where no table covers them (missing; the
+// control codes 127..159 and the no-break space are blanks without being missing).
+// Code 127 while the current alphabet is MATH is kept.
 MappedCode map_charset(int charset, int code, int current_alphabet);
 
 // Restricts a mapped code to the 8-bit codes of the driver fonts (32..187: ASCII, the

@@ -23,7 +23,9 @@ void text_defaults(GlobalBlock& g);
 // With the default top-left justification (x, y) is where the top of the capitals
 // begins. Bad UTF-8 or more than 256 codes: warning 174, nothing drawn. A start or end
 // point outside the page gives warning 193 and the text is drawn all the same (the
-// pipeline clips). The pen is left at the end of the string for draw_string_continued.
+// pipeline clips). Characters without a glyph take the place of a blank and give
+// warning 211, once per string. The pen is left at the end of the string for
+// draw_string_continued.
 void draw_string(GlobalBlock& g, std::string_view s, double x, double y);
 
 // Draws `s` from the pen position left by the previous string (messag at 999, 999),

@@ -1,15 +1,18 @@
 #pragma once
 // State of the text engine in the GlobalBlock: the text parameters set by the public
-// routines, the font record of the loaded font with its per-alphabet caches, and the
-// working state of the string being drawn or measured.
+// routines, the font record of the loaded font with its per-alphabet caches, the
+// working state of the string being laid out, its layout and the renderer's buffers.
 //
 // Units: plot units (0.01 cm) with y growing downwards for positions; font units for
 // glyph coordinates (y upwards). Angles are degrees counter-clockwise on the page.
 
 #include <array>
 #include <cstdint>
+#include <vector>
 
+#include "drivers/driver.h"
 #include "text/font_data.h"
+#include "text/layout.h"
 
 namespace zorvel {
 
@@ -76,20 +79,26 @@ struct FontRecord {
 };
 
 // Working copies made at the start of every string (instructions inside a string may
-// change them for that string only) and the pen.
+// change them for that string only); the layout reads them for every character.
 struct TextWork {
-  double x = 0.0;                 // pen position, plot units without the origin offset
-  double y = 0.0;
   double shift = 0.0;             // base-line offset along the "up" direction
+  double size = 1.0;              // size factor of the current piece
   int alphabet = 0;               // current alphabet
   double spacing = 0.0;
   double width_factor = 1.0;
   double slant = 0.0;
   bool fixed = false;
   double fixed_factor = 1.0;
-  bool measuring = false;         // walk the string without output
   bool fell_back = false;         // the previous character fell back to STAN
-  double last_gap = 0.0;          // gap added after the last character
+};
+
+// Buffers of the renderer, kept between strings: once they have grown to the largest
+// glyph and run seen, drawing allocates nothing.
+struct TextScratch {
+  std::vector<double> xs;          // the contours of one outline glyph, plot units
+  std::vector<double> ys;
+  std::vector<int> ends;           // end index of every contour
+  std::vector<GlyphPlace> places;  // the driver-font run being collected
 };
 
 struct TextState {
@@ -117,6 +126,8 @@ struct TextState {
 
   FontRecord font;
   TextWork work;
+  TextLayout layout;              // the string last laid out (drawn or measured)
+  TextScratch scratch;
 
   // End of the last string drawn: where messag(..., 999, 999) continues.
   double next_x = 0.0;

@@ -1,0 +1,84 @@
+#pragma once
+// The two steps of the text engine.
+//
+// Layout (layout.cpp): the decoded codes of a string become a run of laid-out glyphs,
+// one per code, each with everything needed to draw it: which glyph of which alphabet
+// (or which character of which driver face), its cell along the base line, the gap
+// after it, its scale, slant and offsets. The run is independent of the start point and
+// of the angle, so one layout serves measuring (nlmess, justification, frames) and
+// drawing, and nothing is drawn while laying out.
+//
+// Rendering (render.cpp): a laid-out run is drawn from a pen position along the text
+// angle through the pipeline: stroke glyphs as polylines, outline glyphs as one filled
+// path of all their contours (even-odd rule) followed by their outlines, consecutive
+// driver-font characters of one face as one text run. Transforms and clipping apply to
+// everything alike.
+//
+// Pen positions along the base line are plot units from the start of the string; the
+// renderer moves the pen by the same steps (lead, then advance) as the layout adds them.
+
+#include <cstdint>
+#include <vector>
+
+#include "text/decode.h"
+#include "text/driver_font.h"
+
+namespace zorvel {
+
+struct GlobalBlock;
+
+// How a laid-out glyph is drawn.
+enum class GlyphKind : std::uint8_t {
+  Blank,    // nothing: the blank, and characters without a glyph
+  Stroke,   // polylines of a stroke alphabet
+  Outline,  // closed contours of an outline alphabet: filled, then outlined
+  Driver,   // a character of the device's own font
+};
+
+struct LaidGlyph {
+  std::int32_t code = 0;       // the string's code (Unicode with UTF8), for warnings
+  std::int32_t font_code = 0;  // the code after the character-set mapping; driver glyphs:
+                               //   the face's 8-bit code (see driver_code)
+  std::int16_t glyph = 1;      // glyph number in `alphabet` (1: the blank)
+  std::int8_t alphabet = 0;    // alphabet whose tables draw the glyph
+  GlyphKind kind = GlyphKind::Blank;
+  DriverFace face = DriverFace::Roman;  // face of a driver glyph
+  bool italic = false;         // synthetic 15-degree slant of a fall-back glyph
+  bool missing = false;        // no glyph for the character: a blank in its place
+  double lead = 0.0;           // pen step before the cell (the gap in front of a run of
+                               //   fall-back characters)
+  double pen = 0.0;            // start of the cell along the base line
+  double width = 0.0;          // width of the cell
+  double gap = 0.0;            // gap after the cell
+  double advance = 0.0;        // pen step after the cell: width + gap
+  double inset = 0.0;          // where the glyph starts in its cell (fixed spacing)
+  double unit_x = 0.0;         // plot units per font unit, scale included
+  double unit_y = 0.0;
+  double slant = 0.0;          // chaang: horizontal shift per unit of height
+  double stretch = 1.0;        // width factor (driver faces)
+  double raise = 0.0;          // base-line offset along "up" of raised and lowered pieces
+  double size = 1.0;           // their size factor; units and widths already include it
+};
+
+struct TextLayout {
+  std::vector<LaidGlyph> glyphs;  // reused: allocated once for kMaxTextCodes glyphs
+  double end = 0.0;               // pen after the last glyph
+  int length = 0;                 // measured length as nlmess gives it
+  int missing = -1;               // code of the first character without a glyph, or -1
+};
+
+// Nearest int of v (halves away from zero), clamped to +-2e9; NaN gives 0.
+int round_int(double v);
+
+// Lays out `codes` with the text parameters in force into g.text.layout (which it
+// returns). The measured length is the largest extent of the pen from the start with the
+// gap after the last glyph not counted, rounded; 0 for no codes.
+const TextLayout& layout_codes(GlobalBlock& g, const CodeString& codes);
+
+// Draws `layout` with the pen starting at (x, y) (plot units before the origin offset,
+// on the base line); (x, y) is left at the pen after the last glyph. Returns the code of
+// the first character that could not be drawn (no glyph, or an outline whose contours
+// are broken), -1 when all were drawn.
+int render_layout(GlobalBlock& g, const TextLayout& layout, double& x, double& y);
+
+}  // namespace zorvel

@@ -1,0 +1,206 @@
+// The rendering step: a laid-out string is drawn through the pipeline from a pen
+// position along the text angle.
+//
+// Geometry of one glyph, in plot units (y downwards), with s, c the sine and cosine of
+// the text angle:
+//
+//        up = (-s, -c)
+//          ^
+//          |   v (font units * unit_y)
+//          |
+//   pen ---+-------------> base line = (c, -s)
+//           u (font units * unit_x, + slant * v, + inset)
+//
+//   X = X0 - s * raise + u * c - v * s
+//   Y = Y0 - c * raise - v * c - u * s
+
+#include <cmath>
+
+#include "core/global_block.h"
+#include "draw/pipeline.h"
+#include "text/font.h"
+#include "text/layout.h"
+
+namespace zorvel {
+namespace {
+
+// Contour labels: a character is drawn only when its centre lies within the circle.
+bool visible(const TextState& t, double x, double y, double width) {
+  if (!t.label_mode) {
+    return true;
+  }
+  const double along = 0.5 * width;
+  const double up = 0.5 * t.height;
+  const double cx = x + along * t.cos_a - up * t.sin_a;
+  const double cy = y - along * t.sin_a - up * t.cos_a;
+  return std::hypot(cx - t.label_cx, cy - t.label_cy) <= t.label_radius;
+}
+
+// Font units of one glyph to plot units.
+struct GlyphFrame {
+  double x0;  // the pen, raised
+  double y0;
+  double sn;
+  double cs;
+  double ux;
+  double uy;
+  double slant;
+  double inset;
+  bool italic;
+
+  void place(double fx, double fy, double& px, double& py) const {
+    const double v = fy * uy;
+    double u = fx * ux + slant * v + inset;
+    if (italic) {
+      u += v / kItalicRise;
+    }
+    px = x0 + u * cs - v * sn;
+    py = y0 - v * cs - u * sn;
+  }
+};
+
+void draw_strokes(GlobalBlock& g, const AlphabetSlot& s, int glyph, const GlyphFrame& fr) {
+  for_each_point(s, glyph, [&](double fx, double fy, bool first) {
+    double x = 0.0;
+    double y = 0.0;
+    fr.place(fx, fy, x, y);
+    if (first) {
+      move_to(g, x, y);
+    } else {
+      draw_to(g, x, y);
+    }
+  });
+}
+
+// Fills all contours of an outline glyph as one path by the even-odd rule, so that inner
+// contours are holes whichever way they run. The point that closes a contour is left
+// out (paths close themselves). False when a contour has too few points to enclose
+// anything; the others are filled all the same.
+bool fill_outline(GlobalBlock& g, const AlphabetSlot& s, int glyph, const GlyphFrame& fr) {
+  TextScratch& sc = g.text.scratch;
+  sc.xs.clear();
+  sc.ys.clear();
+  sc.ends.clear();
+  bool whole = true;
+  std::size_t start = 0;
+  auto end_contour = [&]() {
+    std::size_t n = sc.xs.size();
+    if (n - start >= 2 && sc.xs[n - 1] == sc.xs[start] && sc.ys[n - 1] == sc.ys[start]) {
+      sc.xs.pop_back();
+      sc.ys.pop_back();
+      --n;
+    }
+    if (n - start < 3) {
+      whole = false;
+      sc.xs.resize(start);
+      sc.ys.resize(start);
+      return;
+    }
+    sc.ends.push_back(static_cast<int>(n));
+    start = n;
+  };
+  for_each_point(s, glyph, [&](double fx, double fy, bool first) {
+    if (first && sc.xs.size() > start) {
+      end_contour();
+    }
+    double x = 0.0;
+    double y = 0.0;
+    fr.place(fx, fy, x, y);
+    sc.xs.push_back(x);
+    sc.ys.push_back(y);
+  });
+  if (sc.xs.size() > start) {
+    end_contour();
+  }
+  if (!sc.ends.empty()) {
+    fill_path(g, sc.xs.data(), sc.ys.data(), sc.ends.data(), static_cast<int>(sc.ends.size()),
+              FillRule::EvenOdd);
+  }
+  return whole;
+}
+
+// Driver glyphs that can share one text run.
+bool same_run(const LaidGlyph& a, const LaidGlyph& b) {
+  return a.face == b.face && a.size == b.size && a.stretch == b.stretch;
+}
+
+// Hands the collected driver glyphs to the pipeline as one run in the face of `head`.
+void send_run(GlobalBlock& g, const LaidGlyph& head) {
+  TextState& t = g.text;
+  std::vector<GlyphPlace>& places = t.scratch.places;
+  if (places.empty()) {
+    return;
+  }
+  TextRun run;
+  run.glyphs = places;
+  run.face = driver_face_name(head.face);
+  run.angle = t.angle;
+  run.size = kDriverEmPerHeight * t.height * head.size;
+  run.stretch = head.stretch;
+  draw_text_run(g, run);
+  places.clear();
+}
+
+}  // namespace
+
+int render_layout(GlobalBlock& g, const TextLayout& layout, double& x, double& y) {
+  TextState& t = g.text;
+  const double sn = t.sin_a;
+  const double cs = t.cos_a;
+  std::vector<GlyphPlace>& places = t.scratch.places;
+  places.clear();
+  const LaidGlyph* head = nullptr;  // first glyph of the run being collected
+  int undrawn = layout.missing;
+  for (const LaidGlyph& e : layout.glyphs) {
+    if (e.lead != 0.0) {
+      x += e.lead * cs;
+      y -= e.lead * sn;
+    }
+    if (e.kind == GlyphKind::Blank && head != nullptr && visible(t, x, y, e.width)) {
+      // A blank inside a driver-font run stays in its text (one element per string in
+      // SVG and PDF); drivers that place characters one by one skip it.
+      const double u = e.inset + 0.5 * e.width;
+      GlyphPlace& p = places.emplace_back();
+      p.x = x - sn * e.raise + u * cs;
+      p.y = y - cs * e.raise - u * sn;
+      p.code = ' ';
+      p.unicode = ' ';
+    } else if (e.kind != GlyphKind::Blank && visible(t, x, y, e.width)) {
+      if (e.kind == GlyphKind::Driver) {
+        if (head != nullptr && !same_run(*head, e)) {
+          send_run(g, *head);
+        }
+        if (places.empty()) {
+          head = &e;
+        }
+        // The character centred on its cell on the base line.
+        const double u = e.inset + 0.5 * e.width;
+        GlyphPlace& p = places.emplace_back();
+        p.x = x - sn * e.raise + u * cs;
+        p.y = y - cs * e.raise - u * sn;
+        p.code = static_cast<std::uint8_t>(e.font_code);
+        p.unicode = driver_unicode(e.face, e.font_code);
+      } else {
+        if (head != nullptr) {
+          send_run(g, *head);
+          head = nullptr;
+        }
+        const AlphabetSlot& s = t.font.alphabets[static_cast<std::size_t>(e.alphabet)];
+        const GlyphFrame fr{x - sn * e.raise, y - cs * e.raise, sn,      cs,      e.unit_x,
+                            e.unit_y,         e.slant,          e.inset, e.italic};
+        if (e.kind == GlyphKind::Outline && !fill_outline(g, s, e.glyph, fr) && undrawn < 0) {
+          undrawn = e.code;
+        }
+        draw_strokes(g, s, e.glyph, fr);
+      }
+    }
+    x += e.advance * cs;
+    y -= e.advance * sn;
+  }
+  if (head != nullptr) {
+    send_run(g, *head);
+  }
+  return undrawn;
+}
+
+}  // namespace zorvel
