@@ -189,7 +189,7 @@ bool open_driver(GlobalBlock& g, const DeviceInfo& dev, std::unique_ptr<Driver> 
   if (p.line_cap != 2) {
     p.driver->line_cap(p.line_cap);  // files start with projecting caps
   }
-  update_strokes(g);
+  send_line_width(g);  // every page starts with the library's own width
   return true;
 }
 

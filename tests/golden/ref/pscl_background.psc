@@ -94,8 +94,8 @@ initgraphics
   150 cm   200 cm translate   1.000000  1.000000 scale
 0 0 3898 5514 0 0 0 e 
 2 setlinecap 2 setlinejoin
-255 255 255 f 557 557 u 3343 4829 d p 255 255 0 f 3343 557 u 557 4829 d p 
-copypage 
+5.00 cm setlinewidth 255 255 255 f 557 557 u 3343 4829 d p 255 255 0 f 3343 557 
+u 557 4829 d p copypage 
 %%Page: 1 2
 0 0 3898 5514 0 0 0 e 
 2 setlinecap 2 setlinejoin 5 cm setlinewidth
