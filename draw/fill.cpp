@@ -69,8 +69,8 @@ void fill_polygon(GlobalBlock& g, const double* xs, const double* ys, int n) {
   fill_path(g, xs, ys, &n, 1, FillRule::NonZero);
 }
 
-void fill_path(GlobalBlock& g, const double* xs, const double* ys, const int* ends,
-               int contours, FillRule rule) {
+void fill_path(GlobalBlock& g, const double* xs, const double* ys, const int* ends, int contours,
+               FillRule rule) {
   PipelineState& p = g.pipe;
   if (!p.driver || contours <= 0) {
     return;

@@ -73,7 +73,8 @@ void draw_text_run(GlobalBlock& g, const TextRun& run) {
     double ex = 0.0;
     double ey = 0.0;
     if (!place_point(g, glyph.x, glyph.y, x, y) ||
-        !place_point(g, glyph.x + kProbe * cs, glyph.y - kProbe * sn, ex, ey) || !visible(p, x, y)) {
+        !place_point(g, glyph.x + kProbe * cs, glyph.y - kProbe * sn, ex, ey) ||
+        !visible(p, x, y)) {
       continue;
     }
     GlyphPlace d = glyph;

@@ -26,6 +26,7 @@
 // Coordinates are finite: the pipeline never sends NaN or infinities, but values far
 // outside the page can arrive when clipping is off, so integer conversions must clamp.
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <span>
@@ -45,7 +46,7 @@ enum class Pen : int {
 };
 
 struct Rgb {
-  int r = 0;    // 0..255
+  int r = 0;  // 0..255
   int g = 0;
   int b = 0;
   int a = 255;  // opacity 0..255; only drivers with kCapAlpha see other values than 255
@@ -58,21 +59,21 @@ inline long long device_int(double v) {
   if (!(v == v)) {
     return 0;
   }
-  return static_cast<long long>(std::floor((v < -kLimit ? -kLimit : v > kLimit ? kLimit : v) + 0.5));
+  return static_cast<long long>(std::floor(std::clamp(v, -kLimit, kLimit) + 0.5));
 }
 
 // Page and device facts fixed when the plot starts, with every per-format setting the
 // program made (psmode, ...).
 struct DriverSetup {
-  int variant = 0;             // the registry row's variant of its driver (PostScript:
-                               //   POST, PSCL, EPS, PS; see the driver's source)
-  double page_width = 0.0;     // page size in plot units (less one)
+  int variant = 0;          // the registry row's variant of its driver (PostScript:
+                            //   POST, PSCL, EPS, PS; see the driver's source)
+  double page_width = 0.0;  // page size in plot units (less one)
   double page_height = 0.0;
-  double scale = 1.0;          // device units per plot unit
-  double scale_factor = 1.0;   // sclfac
-  bool landscape = true;       // the page is wider than high and not kept unrotated
-  bool reversed = false;       // reversed screen mode: dark on white paper
-  bool user_offset = false;    // hworig set: offset on the sheet in plot units
+  double scale = 1.0;         // device units per plot unit
+  double scale_factor = 1.0;  // sclfac
+  bool landscape = true;      // the page is wider than high and not kept unrotated
+  bool reversed = false;      // reversed screen mode: dark on white paper
+  bool user_offset = false;   // hworig set: offset on the sheet in plot units
   int offset_x = 0;
   int offset_y = 0;
   DateTime stamp{};            // date and time for the file header
@@ -98,10 +99,10 @@ enum DriverCaps : unsigned {
 
 // Line width of linwid as the pipeline hands it to the driver.
 struct LineWidth {
-  int n = 1;                  // linwid value in plot units, 1..32000
-  bool hardware = true;       // hardware line-width mode and kCapWidths: the device draws it
-  double width_scale = 1.0;   // line-width scale, multiplies the written width
-  double style_scale = 1.0;   // line-style scale (PostScript restates widths on new pages)
+  int n = 1;                 // linwid value in plot units, 1..32000
+  bool hardware = true;      // hardware line-width mode and kCapWidths: the device draws it
+  double width_scale = 1.0;  // line-width scale, multiplies the written width
+  double style_scale = 1.0;  // line-style scale (PostScript restates widths on new pages)
 };
 
 // How a filled path decides what is inside.
@@ -119,12 +120,12 @@ struct Path {
 
 // One character of a driver-font text run.
 struct GlyphPlace {
-  double x = 0.0;            // device units: the centre of the glyph's base line
+  double x = 0.0;  // device units: the centre of the glyph's base line
   double y = 0.0;
-  std::uint32_t unicode = 0; // the character
-  std::uint8_t code = 0;     // its code in the face's 8-bit encoding (PostScript:
-                             //   ASCII, 127..186 the accented letters in the order of
-                             //   the GermanVec vector, 187 copyright; Symbol's own)
+  std::uint32_t unicode = 0;  // the character
+  std::uint8_t code = 0;      // its code in the face's 8-bit encoding (PostScript:
+                              //   ASCII, 127..186 the accented letters in the order of
+                              //   the GermanVec vector, 187 copyright; Symbol's own)
 };
 
 // Text in the device's own font (hwfont). The text engine lays out and measures every

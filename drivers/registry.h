@@ -15,16 +15,16 @@ namespace zorvel {
 
 // Kinds of device, for what is common to a kind (screens take erase and sendbf).
 enum class DeviceFamily {
-  Screen,      // window on the screen
-  OpenGL,      // screen window drawn through OpenGL
-  Metafile,    // the library's own text metafile "GKSL"
+  Screen,    // window on the screen
+  OpenGL,    // screen window drawn through OpenGL
+  Metafile,  // the library's own text metafile "GKSL"
   Cgm,
   Wmf,
   Hpgl,
   PostScript,  // PS and EPS
   Pdf,
-  Raster,      // TIFF, raw image, virtual bitmap, PNG, PPM, BMP, GIF
-  Java,        // applet source
+  Raster,  // TIFF, raw image, virtual bitmap, PNG, PPM, BMP, GIF
+  Java,    // applet source
   Svg,
   Ipe,
 };
@@ -63,7 +63,7 @@ enum class Sheet {
   A3,
   A2,
   A1,
-  Window,     // the screen window of zorini
+  Window,  // the screen window of zorini
 };
 
 // The output's file: none, written as text, or binary.
@@ -71,13 +71,13 @@ enum class FileKind { None, Text, Binary };
 
 // Colour rules of a device (ColourRule bits).
 enum ColourRule : unsigned {
-  kColourPaper = 1U,        // white is the paper's own colour: the small and VGA tables
-                            //   swap their ends, reversed tables draw white as black
-  kColourRampBlack = 2U,    // the ramp tables draw "WHIT" as black (CGM, WMF)
-  kColourDarkOnLight = 4U,  // the ramp tables put their background at the top index
-  kColourReversible = 8U,   // reversed screen mode swaps the table's ends
-  kColourPens = 16U,        // plotter pens: plots start with the small table
-  kColourAutoReversed = 32U,// screen mode "AUTO" means reversed: dark on white paper
+  kColourPaper = 1U,          // white is the paper's own colour: the small and VGA tables
+                              //   swap their ends, reversed tables draw white as black
+  kColourRampBlack = 2U,      // the ramp tables draw "WHIT" as black (CGM, WMF)
+  kColourDarkOnLight = 4U,    // the ramp tables put their background at the top index
+  kColourReversible = 8U,     // reversed screen mode swaps the table's ends
+  kColourPens = 16U,          // plotter pens: plots start with the small table
+  kColourAutoReversed = 32U,  // screen mode "AUTO" means reversed: dark on white paper
 };
 
 using DriverFactory = std::unique_ptr<Driver> (*)();
@@ -90,15 +90,15 @@ struct DeviceInfo {
   DeviceFamily family;
   Dispatch dispatch;
   Turning turning;
-  double natural;              // device units per plot unit at true size
+  double natural;  // device units per plot unit at true size
   Sheet sheet;
-  bool scale_in_file;          // the driver writes sclfac into the file itself
-  bool shifts_origin;          // hworig shifts the device coordinates (by natural units)
-  double thinnest;             // thinnest line: device units when > 0, plot units when < 0
-  int colour_depth;            // 8: the device knows table indices only; 24: true colour
-  unsigned colours;            // ColourRule bits
-  int variant;                 // handed to the driver in DriverSetup::variant
-  DriverFactory factory;       // null while no driver for the device exists
+  bool scale_in_file;     // the driver writes sclfac into the file itself
+  bool shifts_origin;     // hworig shifts the device coordinates (by natural units)
+  double thinnest;        // thinnest line: device units when > 0, plot units when < 0
+  int colour_depth;       // 8: the device knows table indices only; 24: true colour
+  unsigned colours;       // ColourRule bits
+  int variant;            // handed to the driver in DriverSetup::variant
+  DriverFactory factory;  // null while no driver for the device exists
 };
 
 // Every row, in the table's order.
