@@ -4,6 +4,7 @@
 
 #include "draw/pipeline.h"
 #include "drivers/registry.h"
+#include "tests/unit/recording_driver.h"
 
 namespace zorvel {
 namespace {
@@ -52,6 +53,40 @@ TEST(Registry, RowsAreConsistent) {
   }
   EXPECT_NE(default_device().factory, nullptr);
   EXPECT_EQ(find_device("NONE"), nullptr);
+}
+
+TEST(Images, PlacedWholeOrAsRunsOfPixels) {
+  // Catches an image that misses the origin offset, pixel runs that are split or merged
+  // wrongly, transparent pixels drawn, and a colour not restored after the fallback.
+  const std::uint8_t px[2][3][4] = {{{255, 0, 0, 255}, {255, 0, 0, 255}, {0, 0, 255, 255}},
+                                    {{0, 255, 0, 0}, {0, 255, 0, 255}, {0, 255, 0, 255}}};
+  Image img;
+  img.pixels = &px[0][0][0];
+  img.width = 3;
+  img.height = 2;
+  img.channels = 4;
+  img.stride = sizeof px[0];
+  img.x0 = 100;
+  img.y0 = 200;
+  img.x1 = 130;
+  img.y1 = 220;
+  recording::Plot whole("GKSL", true, kCapFill | kCapImages);
+  api::origin(whole.g, 5, 7);
+  draw_image(whole.g, img);
+  ASSERT_EQ(whole.rec->images.size(), 1U);
+  EXPECT_EQ(whole.rec->images[0].x0, 105);
+  EXPECT_EQ(whole.rec->images[0].y1, 227);
+  EXPECT_TRUE(whole.rec->fills.empty());
+
+  recording::Plot runs;
+  api::setclr(runs.g, 7);
+  draw_image(runs.g, img);
+  ASSERT_EQ(runs.rec->fills.size(), 3U);  // red pair, blue, green pair (one pixel clear)
+  EXPECT_EQ(runs.rec->fills[0].xs, (std::vector<double>{100, 120, 120, 100}));
+  EXPECT_EQ(runs.rec->fills[1].rgb.b, 255);
+  EXPECT_EQ(runs.rec->fills[2].xs, (std::vector<double>{110, 130, 130, 110}));
+  EXPECT_EQ(runs.rec->fills[2].ys, (std::vector<double>{210, 210, 220, 220}));
+  EXPECT_EQ(runs.g.colour.current, 7);
 }
 
 }  // namespace

@@ -65,6 +65,7 @@ class Recorder final : public Driver {
     texts.push_back({std::string(run.utf8), {run.glyphs.begin(), run.glyphs.end()},
                      std::string(run.face), run.angle, run.size});
   }
+  void image(const Image& img) override { images.push_back(img); }
   bool close() override { return true; }
   bool failed() const override { return fail; }
   long long overflows() const override { return overflow_count; }
@@ -75,6 +76,7 @@ class Recorder final : public Driver {
   std::vector<LineWidth> widths;
   std::vector<Filled> fills;
   std::vector<Written> texts;
+  std::vector<Image> images;
   bool fail = false;             // what failed() reports
   long long overflow_count = 0;  // what overflows() reports
 
