@@ -1,3 +1,4 @@
+import java.lang.invoke.MethodType;
 import java.lang.reflect.Method;
 import java.lang.reflect.Modifier;
 import java.util.ArrayList;
@@ -6,8 +7,8 @@ import java.util.TreeMap;
 
 /**
  * Prints "method export-name" for every native method of a class, with the JNI names
- * computed here from the class itself by the JNI naming rules: an
- * independent check of the names that the generator gives the natives.
+ * computed here from the class itself (descriptors from the virtual machine's own
+ * MethodType): an independent check of the names that the generator gives the natives.
  */
 public final class ListNatives {
   private ListNatives() {}
@@ -15,43 +16,16 @@ public final class ListNatives {
   static String mangle(String s) {
     StringBuilder b = new StringBuilder();
     for (char c : s.toCharArray()) {
+      int k = "/._;[".indexOf(c);
       if ((c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9')) {
         b.append(c);
-      } else if (c == '/' || c == '.') {
-        b.append('_');
-      } else if (c == '_') {
-        b.append("_1");
-      } else if (c == ';') {
-        b.append("_2");
-      } else if (c == '[') {
-        b.append("_3");
+      } else if (k >= 0) {
+        b.append(new String[] {"_", "_", "_1", "_2", "_3"}[k]);
       } else {
         b.append(String.format("_0%04x", (int) c));
       }
     }
     return b.toString();
-  }
-
-  static String descriptor(Class<?> t) {
-    if (t.isArray()) {
-      return "[" + descriptor(t.getComponentType());
-    }
-    if (t == int.class) {
-      return "I";
-    }
-    if (t == double.class) {
-      return "D";
-    }
-    if (t == float.class) {
-      return "F";
-    }
-    if (t == long.class) {
-      return "J";
-    }
-    if (t == boolean.class) {
-      return "Z";
-    }
-    return "L" + t.getName().replace('.', '/') + ";";
   }
 
   public static void main(String[] args) throws Exception {
@@ -67,11 +41,9 @@ public final class ListNatives {
       for (Method m : overloads) {
         String name = prefix + mangle(m.getName());
         if (overloads.size() > 1) {
-          StringBuilder sig = new StringBuilder();
-          for (Class<?> p : m.getParameterTypes()) {
-            sig.append(descriptor(p));
-          }
-          name += "__" + mangle(sig.toString());
+          String d = MethodType.methodType(m.getReturnType(), m.getParameterTypes())
+                         .toMethodDescriptorString();
+          name += "__" + mangle(d.substring(1, d.indexOf(')')));
         }
         System.out.println(m.getName() + " " + name);
       }

@@ -55,13 +55,10 @@ public final class CallbackTest {
     Trigger.widget(1, 11, 0, 0, false);
     Trigger.widget(1, 10, 0, 0, false);
     Trigger.widget(1, 10, 0, 0, true);
-    Trigger.widget(2, 12, 4, 5, false);
     Trigger.widget(2, 12, 6, 7, true);
     Trigger.widget(3, 13, 99, 0, true);
 
-    // Catches: an event of an unknown widget that does nothing instead of calling the
-    // first registration.
-    say("== unknown widget: the first entry");
+    // An event of an unknown widget calls the first registration.
     Trigger.widget(1, 777, 0, 0, false);
 
     // Catches: bad names, missing classes or methods and wrong signatures that throw into
@@ -105,8 +102,8 @@ public final class CallbackTest {
     Trigger.window(1, 2, 3, 4, 5);
     say("  (wrong signature: nothing called)");
 
-    // Catches: the user function of surfun called with wrong values, a failed lookup that
-    // replaces a working function, and attaching the thread for every point.
+    // Catches: the user function of surfun called with wrong values, and a failed lookup
+    // that replaces a working function.
     say("== surface function");
     say("  no function: " + Trigger.surface(3, 1.0));
     surfun("CallbackTest.height", 10, 1.0, 10, 1.0);
@@ -114,7 +111,6 @@ public final class CallbackTest {
     surfun("CallbackTest.missing", 10, 1.0, 10, 1.0);
     surfun("CallbackTest.onButton", 10, 1.0, 10, 1.0);
     say("  after failed lookups: " + Trigger.surface(4, 2.5));
-    say("  1000 points on one thread: " + Trigger.surface(1000, 1.0));
     say("done");
   }
 }
