@@ -38,6 +38,27 @@ int page_y(const GlobalBlock& g, int y) {
   return g.page.origin_bottom ? static_cast<int>(g.page.height) - y : y;
 }
 
+namespace {
+
+// Bounds of what can be drawn: pages (and hardware pages and offsets) up to 10 m in plot
+// units, plot origins within 1 km, scale factors from 0.001 to below 100.
+constexpr int kMaxPage = 100000;
+constexpr int kMaxOffset = 10000000;
+constexpr double kMinFactor = 0.001;
+constexpr double kMaxFactor = 100.0;
+
+// A page side given in the units of units() is at most kMaxPage plot units; warning 2
+// with the value beyond.
+bool page_fits(GlobalBlock& g, int n) {
+  if ((n - 1.0) * g.page.unit_factor > kMaxPage) {
+    warn(g, 2, n);
+    return false;
+  }
+  return true;
+}
+
+}  // namespace
+
 namespace api {
 
 void setpag(GlobalBlock& g, const char* cpag) {
@@ -64,7 +85,8 @@ void setpag(GlobalBlock& g, const char* cpag) {
 }
 
 void page(GlobalBlock& g, int nxp, int nyp) {
-  if (!check_range(g, nxp, 1, 0) || !check_range(g, nyp, 1, 0)) {
+  if (!check_range(g, nxp, 1, 0) || !check_range(g, nyp, 1, 0) || !page_fits(g, nxp) ||
+      !page_fits(g, nyp)) {
     return;
   }
   g.page.width = (nxp - 1) * g.page.unit_factor;
@@ -81,6 +103,10 @@ void units(GlobalBlock& g, const char* copt) {
 }
 
 void origin(GlobalBlock& g, int nx0, int ny0) {
+  if (!check_range(g, nx0, -kMaxOffset, kMaxOffset) ||
+      !check_range(g, ny0, -kMaxOffset, kMaxOffset)) {
+    return;
+  }
   g.page.origin_x = nx0;
   g.page.origin_y = g.page.origin_bottom ? -ny0 : ny0;
 }
@@ -99,7 +125,9 @@ void pagorg(GlobalBlock& g, const char* copt) {
 }
 
 void sclfac(GlobalBlock& g, double xfac) {
-  if (!(xfac > 0.0) || !std::isfinite(xfac)) {
+  // PostScript writes the factor with six decimals in ten columns: from 100 on the
+  // numbers of its scale command would run together, below 0.001 it would read 0.
+  if (!(xfac >= kMinFactor && xfac < kMaxFactor)) {
     warn(g, 2, xfac);
     return;
   }
@@ -114,7 +142,8 @@ void sclmod(GlobalBlock& g, const char* cmode) {
 }
 
 void hwpage(GlobalBlock& g, int nxp, int nyp) {
-  if (!check_range(g, nxp, 1, 0) || !check_range(g, nyp, 1, 0)) {
+  if (!check_range(g, nxp, 1, 0) || !check_range(g, nyp, 1, 0) || !page_fits(g, nxp) ||
+      !page_fits(g, nyp)) {
     return;
   }
   g.page.hw_page_set = true;
@@ -123,13 +152,16 @@ void hwpage(GlobalBlock& g, int nxp, int nyp) {
 }
 
 void hworig(GlobalBlock& g, int nx, int ny) {
+  if (!check_range(g, nx, -kMaxPage, kMaxPage) || !check_range(g, ny, -kMaxPage, kMaxPage)) {
+    return;
+  }
   g.page.hw_origin_set = true;
   g.page.hw_origin_x = nx;
   g.page.hw_origin_y = ny;
 }
 
 void hwscal(GlobalBlock& g, double xfac) {
-  if (!(xfac > 0.0) || !std::isfinite(xfac)) {
+  if (!(xfac >= kMinFactor && xfac < kMaxFactor)) {
     warn(g, 2, xfac);
     return;
   }

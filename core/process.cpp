@@ -78,9 +78,24 @@ Slot* find_slot(ThreadTable& t, std::uint32_t id) {
   return nullptr;
 }
 
+// A block freed with its plot still open: the plot is finished as zorfin would finish
+// it, with warning 184 in the name of the routine that frees it, so that nothing drawn
+// is lost.
+void finish_open_plot(GlobalBlock* b, const char* routine) {
+  if (b == nullptr || b->core.level == 0) {
+    return;
+  }
+  b->msg.routine = routine;
+  warn(*b, 184);
+  api::zorfin(*b);
+}
+
 }  // namespace
 
-GlobalBlock::~GlobalBlock() { close_message_file(*this); }
+GlobalBlock::~GlobalBlock() {
+  finish_open_plot(this, "delglb");
+  close_message_file(*this);
+}
 
 GlobalBlock* fetch_or_create(bool& created) {
   ThreadTable& t = table();
@@ -179,7 +194,9 @@ void thrfin() {
     for (int i = 0; i < t.count; ++i) {
       Slot& s = t.slots[i];
       if (s.in_use.load(std::memory_order_relaxed) == 1) {
-        delete s.block.exchange(nullptr, std::memory_order_acq_rel);
+        GlobalBlock* b = s.block.exchange(nullptr, std::memory_order_acq_rel);
+        finish_open_plot(b, "thrfin");
+        delete b;
         s.in_use.store(0, std::memory_order_release);
       }
     }
@@ -188,6 +205,7 @@ void thrfin() {
     t.slots = nullptr;
     t.count = 0;
   }
+  finish_open_plot(t.single, "thrfin");
   delete t.single;
   t.single = nullptr;
 }
@@ -195,20 +213,16 @@ void thrfin() {
 void delglb() {
   ThreadTable& t = table();
   if (!t.thread_mode.load(std::memory_order_acquire)) {
-    if (t.single != nullptr && t.single->core.level == 0) {
-      delete t.single;
-      t.single = nullptr;
-    }
+    finish_open_plot(t.single, "delglb");
+    delete t.single;
+    t.single = nullptr;
     return;
   }
   Slot* s = find_slot(t, thread_id());
   if (s == nullptr) {
     return;
   }
-  GlobalBlock* b = s->block.load(std::memory_order_acquire);
-  if (b != nullptr && b->core.level != 0) {
-    return;
-  }
+  finish_open_plot(s->block.load(std::memory_order_acquire), "delglb");
   std::lock_guard<std::recursive_mutex> guard(t.lock);
   delete s->block.exchange(nullptr, std::memory_order_acq_rel);
   s->in_use.store(0, std::memory_order_release);

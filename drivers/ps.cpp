@@ -593,8 +593,9 @@ void PsDriver::text(const TextRun& run) {
     if (stretch == 1.0) {
       out.word("font ");
     } else {
-      // font2 scales the face by its height h1 and its width h2.
-      out.fixed_word(size * stretch, 2);
+      // font2 scales the face by its height h1 and its width h2; a width that would be
+      // written as 0 makes the font matrix singular.
+      out.fixed_word(std::max(size * stretch, 0.01), 2);
       out.word("font2 ");
     }
     font_face_ = run.face;

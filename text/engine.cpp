@@ -40,14 +40,14 @@ int trunc_int(double v) {
 }
 
 // "%5d": the integer right-aligned in five columns (wider when it needs more).
-void append_int5(std::string& out, int v) {
+void append_int5(std::string& out, long long v) {
   char num[kNumberBuffer];
   char* end = pad_left(num, format_int(num, v), 5);
   out.append(num, static_cast<std::size_t>(end - num));
 }
 
 // Warning 193 for a point (plot units with the origin offset) outside the page.
-void check_page(GlobalBlock& g, std::string_view what, int x, int y) {
+void check_page(GlobalBlock& g, std::string_view what, long long x, long long y) {
   if (!g.text.page_check) {
     return;
   }
@@ -126,7 +126,9 @@ void draw_string(GlobalBlock& g, std::string_view s, double x, double y) {
   const int sx = trunc_int(x - dx * cs - dy * sn + 0.5);
   const int sy = trunc_int(y + dx * sn - dy * cs + 0.5);
   const double h1 = t.height - 1;
-  check_page(g, "Startpoint", sx + g.page.origin_x, sy + g.page.origin_y);
+  // In long long: an origin far out must not overflow the sum.
+  check_page(g, "Startpoint", static_cast<long long>(sx) + g.page.origin_x,
+             static_cast<long long>(sy) + g.page.origin_y);
   run_string(g, layout, sx + sn * h1, sy + cs * h1);
 }
 

@@ -15,6 +15,9 @@
 namespace zorvel {
 namespace {
 
+// Thickest frame of frmess, in plot units.
+constexpr int kMaxFrame = 100;
+
 // messag and number continue at the end of the previous string at this position.
 constexpr int kContinue = 999;
 
@@ -106,7 +109,12 @@ void basalf(GlobalBlock& g, const char* calph) {
   }
 }
 
-void frmess(GlobalBlock& g, int nfrm) { g.text.frame = nfrm; }
+void frmess(GlobalBlock& g, int nfrm) {
+  // Each unit of thickness is one more rectangle: beyond a 1 cm frame it only costs time.
+  if (check_range(g, nfrm, 0, kMaxFrame)) {
+    g.text.frame = nfrm;
+  }
+}
 
 void zoralf(GlobalBlock& g) { load_font(g.text.font, kFontZoralf); }
 void complx(GlobalBlock& g) { load_font(g.text.font, kFontComplx); }
