@@ -70,23 +70,28 @@ void draw_text_run(GlobalBlock& g, const TextRun& run) {
   for (const GlyphPlace& glyph : run.glyphs) {
     double x = 0.0;
     double y = 0.0;
-    double ex = 0.0;
-    double ey = 0.0;
-    if (!place_point(g, glyph.x, glyph.y, x, y) ||
-        !place_point(g, glyph.x + kProbe * cs, glyph.y - kProbe * sn, ex, ey) ||
-        !visible(p, x, y)) {
+    if (!place_point(g, glyph.x, glyph.y, x, y) || !visible(p, x, y)) {
       continue;
+    }
+    if (p.glyphs.empty()) {
+      // The device's view of the base line at the first glyph gives the angle and the
+      // scale of the run.
+      double ex = 0.0;
+      double ey = 0.0;
+      if (!place_point(g, glyph.x + kProbe * cs, glyph.y - kProbe * sn, ex, ey)) {
+        continue;
+      }
+      double dx0 = 0.0;
+      double dy0 = 0.0;
+      double dx1 = 0.0;
+      double dy1 = 0.0;
+      to_device(p, x, y, dx0, dy0);
+      to_device(p, ex, ey, dx1, dy1);
+      angle = std::atan2(dy1 - dy0, dx1 - dx0) * (180.0 / 3.14159265358979323846);
+      scale = std::hypot(dx1 - dx0, dy1 - dy0) / kProbe;
     }
     GlyphPlace d = glyph;
     to_device(p, x, y, d.x, d.y);
-    if (p.glyphs.empty()) {
-      // The device's view of the base line gives the angle and the scale.
-      double dx = 0.0;
-      double dy = 0.0;
-      to_device(p, ex, ey, dx, dy);
-      angle = std::atan2(dy - d.y, dx - d.x) * (180.0 / 3.14159265358979323846);
-      scale = std::hypot(dx - d.x, dy - d.y) / kProbe;
-    }
     p.glyphs.push_back(d);
     append_utf8(p.run_text, glyph.unicode);
   }

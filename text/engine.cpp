@@ -22,22 +22,8 @@ namespace zorvel {
 namespace {
 
 constexpr int kNumberText = 41;      // characters of a formatted number, terminator included
-constexpr int kIntLimit = 2000000000;
 constexpr int kUndrawable = 211;     // warning: a character without a glyph
 
-// Conversion towards zero, clamped so that no conversion overflows; NaN gives 0.
-int trunc_int(double v) {
-  if (!(v == v)) {
-    return 0;
-  }
-  if (v > kIntLimit) {
-    return kIntLimit;
-  }
-  if (v < -kIntLimit) {
-    return -kIntLimit;
-  }
-  return static_cast<int>(v);
-}
 
 // "%5d": the integer right-aligned in five columns (wider when it needs more).
 void append_int5(std::string& out, long long v) {

@@ -2,6 +2,7 @@
 // character), its cell is measured with the alphabet's unit sizes and gap, and the pen
 // moves on along the base line. Nothing here draws.
 
+#include <algorithm>
 #include <cmath>
 
 #include "core/global_block.h"
@@ -144,18 +145,21 @@ void lay_font_glyph(GlobalBlock& g, LaidGlyph& e, const MappedCode& m, int k) {
 
 }  // namespace
 
-int round_int(double v) {
+namespace {
+
+// v clamped into +-kIntLimit; NaN gives 0.
+double int_range(double v) {
   if (!(v == v)) {
-    return 0;
+    return 0.0;
   }
-  if (v > kIntLimit) {
-    return kIntLimit;
-  }
-  if (v < -kIntLimit) {
-    return -kIntLimit;
-  }
-  return static_cast<int>(std::lround(v));
+  return std::clamp(v, -static_cast<double>(kIntLimit), static_cast<double>(kIntLimit));
 }
+
+}  // namespace
+
+int round_int(double v) { return static_cast<int>(std::lround(int_range(v))); }
+
+int trunc_int(double v) { return static_cast<int>(int_range(v)); }
 
 const TextLayout& layout_codes(GlobalBlock& g, const CodeString& codes) {
   TextState& t = g.text;

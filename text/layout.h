@@ -69,6 +69,8 @@ struct TextLayout {
 
 // Nearest int of v (halves away from zero), clamped to +-2e9; NaN gives 0.
 int round_int(double v);
+// The same conversion towards zero.
+int trunc_int(double v);
 
 // Lays out `codes` with the text parameters in force into g.text.layout (which it
 // returns). The measured length is the largest extent of the pen from the start with the
