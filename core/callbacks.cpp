@@ -10,8 +10,9 @@ namespace zorvel {
 namespace {
 
 // The widget's entry, emptied for the new callback: the existing one for `id`, else a new
-// one at the end; null when the table is full.
-WidgetCallback* widget_entry(CallbackState& s, int id) {
+// one at the end; null after warning 291 when the table is full.
+WidgetCallback* widget_entry(GlobalBlock& g, int id) {
+  CallbackState& s = g.callbacks;
   for (int i = 0; i < s.widget_count; ++i) {
     WidgetCallback& w = s.widgets[static_cast<std::size_t>(i)];
     if (w.id == id) {
@@ -20,6 +21,7 @@ WidgetCallback* widget_entry(CallbackState& s, int id) {
     }
   }
   if (s.widget_count >= kMaxWidgetCallbacks) {
+    warn(g, 291, id);
     return nullptr;
   }
   WidgetCallback& w = s.widgets[static_cast<std::size_t>(s.widget_count++)];
@@ -44,19 +46,19 @@ const WidgetCallback* find_widget_callback(const CallbackState& s, int id) {
 namespace api {
 
 void swgcbk(GlobalBlock& g, int id, zorvel_widget_cb cfun) {
-  if (WidgetCallback* w = widget_entry(g.callbacks, id)) {
+  if (WidgetCallback* w = widget_entry(g, id)) {
     w->on_event = cfun;
   }
 }
 
 void swgcb2(GlobalBlock& g, int id, zorvel_table_cb cfun) {
-  if (WidgetCallback* w = widget_entry(g.callbacks, id)) {
+  if (WidgetCallback* w = widget_entry(g, id)) {
     w->on_cell = cfun;
   }
 }
 
 void swgcb3(GlobalBlock& g, int id, zorvel_value_cb cfun) {
-  if (WidgetCallback* w = widget_entry(g.callbacks, id)) {
+  if (WidgetCallback* w = widget_entry(g, id)) {
     w->on_value = cfun;
   }
 }

@@ -12,7 +12,7 @@
 
 namespace zorvel {
 
-// Capacity of the widget table; later registrations of new widgets are ignored.
+// Capacity of the widget table; a further widget is refused with warning 291.
 inline constexpr int kMaxWidgetCallbacks = 100;
 
 // The callback of one widget: exactly one of the three kinds is set, the one of the
