@@ -93,8 +93,8 @@ TEST(Warnings, TableNumbersAreUniqueAndHaveTexts) {
 
 TEST(Page, FormatsUnitsAndOrigin) {
   // Catches portrait forms not swapped, unknown names accepted, the wrong unit factor in
-  // page(), setpag choosing the metafile over a device chosen with metafl, pagorg BOTT
-  // not counting from the bottom, and refused factors that are stored.
+  // page(), setpag choosing the metafile over a device chosen with metafl, and refused
+  // factors that are stored. (pagorg BOTT: Pipeline.OriginOffsetAndPageDirection.)
   Captured c;
   api::setpag(c.g, "da4p");
   EXPECT_EQ(c.g.page.width, 2099.0);
@@ -115,10 +115,6 @@ TEST(Page, FormatsUnitsAndOrigin) {
   const int ps = d.g.core.device;
   api::setpag(d.g, "USAL");
   EXPECT_EQ(d.g.core.device, ps);
-  api::origin(d.g, 100, 200);
-  api::pagorg(d.g, "BOTT");
-  EXPECT_EQ(d.g.page.origin_y, -200);
-  EXPECT_EQ(page_y(d.g, 100), 2159 - 100);
   api::sclfac(d.g, 0.0);
   api::hwscal(d.g, -1.0);
   EXPECT_EQ(d.g.page.scale_factor, 1.0);
@@ -130,8 +126,6 @@ TEST(Metafl, KeysAreCutPaddedAndChecked) {
   // device, and the metafile numbers and OpenGL not falling back to the console.
   Captured c;
   const int cons = find_device("CONS")->code;
-  api::metafl(c.g, "postscript");
-  EXPECT_EQ(c.g.core.device, find_device("POST")->code);
   api::metafl(c.g, "pdf");
   EXPECT_EQ(c.g.core.device_key.view(), "PDF ");
   api::metafl(c.g, "MET5");

@@ -259,23 +259,17 @@ TEST(Clip, ClpwinAndClipModes) {
 
 TEST(Widen, DevicesWithoutNativeWidthsGetParallelStrokes) {
   // Catches wide lines drawn as one thin stroke on the metafile, strokes that are not
-  // spread over the width, and widening on PostScript in hardware mode (or none when the
-  // hardware mode is off).
+  // spread over the width, and no widening on PostScript when the hardware mode is off.
   Plot plot;  // metafile: thinnest line 1 plot unit
   api::linwid(plot.g, 5);
   segment(plot, 100, 100, 200, 100);
   EXPECT_EQ(plot.traced(),
             "100,98 200,98; 100,99 200,99; 100,100 200,100; 100,101 200,101; 100,102 200,102");
-  Plot ps("PS  ", false, kCapFill | kCapWidths);
+  Plot ps("PS  ", false, kCapFill | kCapWidths);  // hardware widths: golden ps_lines
   api::linwid(ps.g, 20);
-  segment(ps, 100, 100, 200, 100);
-  EXPECT_EQ(ps.polylines().size(), 1U);
-  ASSERT_FALSE(ps.rec->widths.empty());
-  EXPECT_EQ(ps.rec->widths.back().n, 20);
-  EXPECT_TRUE(ps.rec->widths.back().hardware);
   api::hwmode(ps.g, "OFF", "LINE");  // now the pipeline widens: 7 strokes at s = 1.857
+  ASSERT_FALSE(ps.rec->widths.empty());
   EXPECT_FALSE(ps.rec->widths.back().hardware);
-  ps.rec->points.clear();
   segment(ps, 100, 100, 200, 100);
   EXPECT_EQ(ps.polylines().size(), 7U);
 }
@@ -349,9 +343,9 @@ TEST(Fill, HatchedByTheRuleWithoutNativeFills) {
 // =========
 
 TEST(TextRun, GlyphsOutsideTheClipRegionAreLeftOut) {
-  // Catches glyphs written outside the clip rectangle, a run sent when none is visible,
-  // and places, angle or size not taken into device units (a landscape page lies turned
-  // on the PostScript sheet: the base line runs up the device).
+  // Catches glyphs written outside the clip rectangle and a run sent when none is
+  // visible. (Places, angle and size in device units on a turned landscape sheet are
+  // pinned by the golden scene text_fonts.)
   Plot plot("PS  ", false, kCapText);
   api::clpwin(plot.g, 0, 0, 1001, 1001);
   const GlyphPlace glyphs[3] = {{100, 100, 'a', 'a'}, {2000, 100, 'b', 'b'}, {200, 100, 'c', 'c'}};
@@ -360,14 +354,7 @@ TEST(TextRun, GlyphsOutsideTheClipRegionAreLeftOut) {
   ASSERT_EQ(plot.rec->texts.size(), 1U);
   const auto& run = plot.rec->texts[0];
   EXPECT_EQ(run.utf8, "ac");
-  ASSERT_EQ(run.glyphs.size(), 2U);
-  double x = 0;
-  double y = 0;
-  to_device(plot.g.pipe, 200, 100, x, y);
-  EXPECT_EQ(run.glyphs[1].x, x);
-  EXPECT_EQ(run.glyphs[1].y, y);
-  EXPECT_NEAR(run.angle, 90.0, 1e-9);
-  EXPECT_NEAR(run.size, 36.0 * plot.g.pipe.scale, 1e-9);
+  EXPECT_EQ(run.glyphs.size(), 2U);
 }
 
 // Dispatch

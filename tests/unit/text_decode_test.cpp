@@ -26,10 +26,8 @@ TEST(Decode, Utf8SequencesAndBlanks) {
   // Catches wrong bit arithmetic for two-, three- and four-byte sequences, bytes taken as
   // UTF-8 under other character sets, and trailing blanks that are kept.
   Captured c("messag");
-  EXPECT_EQ(codes_of(c, "A\xC3\xA4", kCharsetUtf8), (std::vector<int>{65, 228}));
-  EXPECT_EQ(codes_of(c, "\xD0\x96", kCharsetUtf8), (std::vector<int>{1046}));
-  EXPECT_EQ(codes_of(c, "\xE2\x82\xAC", kCharsetUtf8), (std::vector<int>{8364}));
-  EXPECT_EQ(codes_of(c, "\xF0\x9F\x98\x80", kCharsetUtf8), (std::vector<int>{0x1F600}));
+  EXPECT_EQ(codes_of(c, "A\xC3\xA4\xD0\x96\xE2\x82\xAC\xF0\x9F\x98\x80", kCharsetUtf8),
+            (std::vector<int>{65, 228, 1046, 8364, 0x1F600}));
   EXPECT_EQ(codes_of(c, "\xC3\xA4", kCharsetIso1), (std::vector<int>{195, 164}));
   EXPECT_EQ(codes_of(c, "ab  ", kCharsetStan), (std::vector<int>{97, 98}));
   EXPECT_EQ(codes_of(c, " a b", kCharsetStan), (std::vector<int>{32, 97, 32, 98}));
@@ -78,10 +76,6 @@ TEST(Decode, ReverseConversion) {
   const int n = encode_utf8(c.g, codes, 5, buf, sizeof buf);
   EXPECT_EQ(std::string(buf, static_cast<std::size_t>(n)),
             "A\xC3\xA4\xD0\x96\xE2\x82\xAC\xF0\x9F\x98\x80");
-  CodeString back;
-  EXPECT_TRUE(decode_string(c.g, buf, kCharsetUtf8, back));
-  EXPECT_EQ(back.n, 5);
-  EXPECT_EQ(back.code[4], 0x1F600);
   char small[4] = {'#', '#', '#', '#'};
   EXPECT_EQ(encode_utf8(c.g, codes, 3, small, sizeof small), -1);
   EXPECT_STREQ(small, "A\xC3\xA4");
