@@ -4,6 +4,7 @@
 // commented in its subsystem's header and owned by that subsystem's code. A new block
 // starts with the defaults written into those structs.
 
+#include "axes/axis_state.h"
 #include "core/callbacks.h"
 #include "core/lifecycle.h"
 #include "core/messages.h"
@@ -22,6 +23,7 @@ struct GlobalBlock {
   ColourState colour;  // colour table and the current colour
   TextState text;      // text parameters, the loaded font, the string being drawn
   CallbackState callbacks;  // the program's widget, window and surface callbacks
+  AxisState axes;      // axis systems, their scaling, ticks, labels and names
   GlobalBlock() = default;
   GlobalBlock(const GlobalBlock&) = delete;
   GlobalBlock& operator=(const GlobalBlock&) = delete;

@@ -218,6 +218,7 @@ void zorini(GlobalBlock& g) {
   g.msg.warnings = 0;
   c.has_plot_file = false;
   text_defaults(g);  // height, angle, character set, the font zoralf
+  axes_defaults(g);  // axis position and lengths for the page, tick and label settings
 
   const DeviceInfo* dev = find_device(c.device);
   if (dev == nullptr) {

@@ -306,6 +306,33 @@ void clear_axis_clip(GlobalBlock& g) {
   }
 }
 
+void clip_to_axis(GlobalBlock& g) {
+  PipelineState& p = g.pipe;
+  if (!p.axis_rect_set) {
+    return;
+  }
+  flush_polyline(g);
+  p.border = ClipBorder::Axis;
+  p.clip = p.axis_rect;
+}
+
+PageClipScope::PageClipScope(GlobalBlock& g)
+    : g_(g),
+      active_(g.pipe.border == ClipBorder::Axis && g.pipe.axis_rect_set &&
+              g.pipe.clip == g.pipe.axis_rect) {
+  if (active_) {
+    flush_polyline(g);
+    g.pipe.clip = {0.0, 0.0, g.page.width, g.page.height};
+  }
+}
+
+PageClipScope::~PageClipScope() {
+  if (active_ && g_.pipe.border == ClipBorder::Axis) {
+    flush_polyline(g_);
+    g_.pipe.clip = g_.pipe.axis_rect;
+  }
+}
+
 void set_clip_circle(GlobalBlock& g, double cx, double cy, double r) {
   flush_polyline(g);
   PipelineState& p = g.pipe;

@@ -74,6 +74,7 @@ struct ClipRect {
   double ymin = 0.0;
   double xmax = 0.0;
   double ymax = 0.0;
+  bool operator==(const ClipRect&) const = default;
 };
 
 struct PipelineState {
@@ -245,6 +246,22 @@ void clear_transforms(GlobalBlock& g);
 // clear_axis_clip when the axis system ends.
 void set_axis_clip(GlobalBlock& g, const ClipRect& r);
 void clear_axis_clip(GlobalBlock& g);
+// Inside an axis system whose frame clips (clpbor "AXIS"), text and the axes themselves
+// are clipped to the page: this scope switches the rectangle to the page while it lives.
+class PageClipScope {
+ public:
+  explicit PageClipScope(GlobalBlock& g);
+  ~PageClipScope();
+  PageClipScope(const PageClipScope&) = delete;
+  PageClipScope& operator=(const PageClipScope&) = delete;
+
+ private:
+  GlobalBlock& g_;
+  bool active_;
+};
+// Clipping of data to the axis system: graf publishes the frame and makes it the clip
+// border.
+void clip_to_axis(GlobalBlock& g);
 // Sets a clip circle (centre and radius in plot units); clear_clip_circle removes it.
 void set_clip_circle(GlobalBlock& g, double cx, double cy, double r);
 void clear_clip_circle(GlobalBlock& g);

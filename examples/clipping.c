@@ -8,7 +8,7 @@
 
 static const double kPi = 3.14159265358979;
 
-static void frame(int x, int y, int w, int h) {
+static void box_outline(int x, int y, int w, int h) {
   line(x, y, x + w - 1, y);
   line(x + w - 1, y, x + w - 1, y + h - 1);
   line(x + w - 1, y + h - 1, x, y + h - 1);
@@ -52,7 +52,7 @@ int main(void) {
   drawing(800, 800);
   clpmod("NONE");
   color("FORE");
-  frame(300, 400, 1000, 800);
+  box_outline(300, 400, 1000, 800);
   clpmod("AUTO");
 
   /* Clipped to the page only. */
@@ -60,7 +60,7 @@ int main(void) {
   noclip();
   drawing(2200, 800);
   color("RED");
-  frame(1700, 400, 1000, 800);
+  box_outline(1700, 400, 1000, 800);
   zorfin();
   return 0;
 }

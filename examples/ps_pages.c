@@ -7,7 +7,7 @@
 
 #include "zorvel.h"
 
-static void frame(int x, int y, int w, int h) {
+static void box_outline(int x, int y, int w, int h) {
   line(x, y, x + w, y);
   line(x + w, y, x + w, y + h);
   line(x + w, y + h, x, y + h);
@@ -27,7 +27,7 @@ static void line_styles(void) {
   solid();
   linwid(1);
   color("FORE");
-  frame(200, 150, 2570, 1800);
+  box_outline(200, 150, 2570, 1800);
 }
 
 static void colours_and_clipping(void) {
@@ -37,7 +37,7 @@ static void colours_and_clipping(void) {
     point(300 + i * 40, 400, 36, 400, 8 * i + 4);
   }
   color("FORE");
-  frame(280, 200, 1280, 400);
+  box_outline(280, 200, 1280, 400);
 
   /* A 9-pointed star whose points reach beyond its clipping window. */
   color("BLUE");
@@ -57,7 +57,7 @@ static void colours_and_clipping(void) {
   color("RED");
   linwid(1);
   dash();
-  frame(1800, 700, 800, 900);
+  box_outline(1800, 700, 800, 900);
   solid();
 }
 

@@ -104,6 +104,7 @@ void draw_string(GlobalBlock& g, std::string_view s, double x, double y) {
   if (!decode_string(g, s, t.charset, codes) || codes.n == 0) {
     return;
   }
+  const PageClipScope page_clip(g);
   const TextLayout& layout = layout_codes(g, codes);
   const double dx = t.hjust == 0 ? 0.0 : t.hjust == 1 ? 0.5 * layout.length : layout.length;
   const double dy = t.vjust == 1 ? 0.5 * t.height : t.vjust == 2 ? t.height : 0.0;
@@ -124,6 +125,7 @@ void draw_string_continued(GlobalBlock& g, std::string_view s) {
   if (!decode_string(g, s, t.charset, codes) || codes.n == 0) {
     return;
   }
+  const PageClipScope page_clip(g);
   run_string(g, layout_codes(g, codes), t.next_x, t.next_y);
 }
 
@@ -133,6 +135,64 @@ int measure_string(GlobalBlock& g, std::string_view s) {
     return 0;
   }
   return layout_codes(g, codes).length;
+}
+
+namespace {
+
+// Sets angle and height for one text and puts the previous ones back.
+class TextParameters {
+ public:
+  TextParameters(GlobalBlock& g, int degrees, int height)
+      : g_(g), angle_(g.text.angle), height_(g.text.height) {
+    if (degrees != angle_) {
+      set_angle(g, degrees);
+    }
+    if (height != height_ && height >= 1 && height <= 10000) {
+      g.text.height = height;
+      g.text.font.selected = -1;
+    }
+  }
+  ~TextParameters() {
+    TextState& t = g_.text;
+    if (t.angle != angle_) {
+      set_angle(g_, angle_);
+    }
+    if (t.height != height_) {
+      t.height = height_;
+      t.font.selected = -1;
+    }
+  }
+  TextParameters(const TextParameters&) = delete;
+  TextParameters& operator=(const TextParameters&) = delete;
+
+ private:
+  GlobalBlock& g_;
+  int angle_;
+  int height_;
+};
+
+}  // namespace
+
+void draw_label(GlobalBlock& g, std::string_view s, double x, double y, const LabelStyle& st) {
+  TextState& t = g.text;
+  const TextParameters keep(g, st.angle, st.height);
+  const int hjust = t.hjust;
+  const int vjust = t.vjust;
+  t.hjust = st.hjust;
+  t.vjust = st.vjust;
+  t.raise_codes = true;
+  draw_string(g, s, x, y);
+  t.raise_codes = false;
+  t.hjust = hjust;
+  t.vjust = vjust;
+}
+
+int measure_label(GlobalBlock& g, std::string_view s, int height) {
+  const TextParameters keep(g, g.text.angle, height);
+  g.text.raise_codes = true;
+  const int n = measure_string(g, s);
+  g.text.raise_codes = false;
+  return n;
 }
 
 bool set_height(GlobalBlock& g, int height) {
@@ -151,27 +211,6 @@ void set_angle(GlobalBlock& g, int degrees) {
   const double a = (degrees % 360) * g.core.deg_to_rad;
   t.sin_a = std::sin(a);
   t.cos_a = std::cos(a);
-}
-
-void draw_string_with(GlobalBlock& g, std::string_view s, double x, double y, int degrees,
-                      int height) {
-  TextState& t = g.text;
-  const int old_angle = t.angle;
-  const int old_height = t.height;
-  if (degrees != old_angle) {
-    set_angle(g, degrees);
-  }
-  if (height != old_height) {
-    set_height(g, height);
-  }
-  draw_string(g, s, x, y);
-  if (t.angle != old_angle) {
-    set_angle(g, old_angle);
-  }
-  if (t.height != old_height) {
-    t.height = old_height;
-    t.font.selected = -1;
-  }
 }
 
 void draw_number(GlobalBlock& g, double value, int digits, double x, double y) {

@@ -17,6 +17,12 @@ namespace {
 constexpr int kIntLimit = 2000000000;
 constexpr double kDriverGap = 0.1;  // gap of driver fonts, in heights
 constexpr int kFixedPitch = 6;      // width of every glyph of a fixed-pitch alphabet
+// The raise and return codes of label texts, and what raising does: the base line moves
+// up by kRaiseShift heights of the piece and the characters shrink by kRaiseSize.
+constexpr int kRaiseCode = 1;
+constexpr int kReturnCode = 2;
+constexpr double kRaiseShift = 0.6;
+constexpr double kRaiseSize = 0.7;
 
 // Driver face of alphabet k, or -1 for the alphabets that the driver fonts lack (they
 // are drawn with the stroke glyphs of the font record).
@@ -177,6 +183,18 @@ const TextLayout& layout_codes(GlobalBlock& g, const CodeString& codes) {
     const int code = codes.code[static_cast<std::size_t>(i)];
     LaidGlyph& e = out.glyphs.emplace_back();
     e.code = code;
+    if (t.raise_codes && (code == kRaiseCode || code == kReturnCode)) {
+      // An empty cell that changes the base line and size of what follows.
+      if (code == kRaiseCode) {
+        w.shift += kRaiseShift * t.height * w.size;
+        w.size *= kRaiseSize;
+      } else {
+        w.shift = 0.0;
+        w.size = 1.0;
+      }
+      e.pen = pen;
+      continue;
+    }
     const MappedCode m = map_charset(t.charset, code, w.alphabet);
     const int k = m.alphabet >= 0 ? m.alphabet : w.alphabet;
     const int face = t.font.mode == FontMode::Driver ? face_of(k) : -1;

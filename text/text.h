@@ -23,7 +23,8 @@ void text_defaults(GlobalBlock& g);
 // With the default top-left justification (x, y) is where the top of the capitals
 // begins. Bad UTF-8 or more than 256 codes: warning 174, nothing drawn. A start or end
 // point outside the page gives warning 193 and the text is drawn all the same (the
-// pipeline clips). Characters without a glyph take the place of a blank and give
+// pipeline clips; inside an axis system text is clipped to the page, not to the axis
+// system). Characters without a glyph take the place of a blank and give
 // warning 211, once per string. The pen is left at the end of the string for
 // draw_string_continued.
 void draw_string(GlobalBlock& g, std::string_view s, double x, double y);
@@ -43,11 +44,20 @@ int measure_string(GlobalBlock& g, std::string_view s);
 bool set_height(GlobalBlock& g, int height);
 void set_angle(GlobalBlock& g, int degrees);
 
-// Draws `s` as draw_string with a temporary angle and height; the previous values are
-// restored afterwards (only those that differed are touched). A height outside 1..10000
-// gives warning 2 and the string is drawn with the current height.
-void draw_string_with(GlobalBlock& g, std::string_view s, double x, double y, int degrees,
-                      int height);
+// Text of the axes (labels, names, titles): drawn as draw_string with its own angle,
+// height and justification (hjust 0 left, 1 centre, 2 right; vjust 0 top, 1 middle,
+// 2 bottom of the capitals) in place of the user's, which are restored afterwards. The
+// codes 1 and 2 of the string raise the characters between them as an exponent and
+// return to the base line.
+struct LabelStyle {
+  int angle = 0;
+  int height = 36;
+  int hjust = 0;
+  int vjust = 0;
+};
+void draw_label(GlobalBlock& g, std::string_view s, double x, double y, const LabelStyle& st);
+// Length of such a text at `height`, as measure_string.
+int measure_label(GlobalBlock& g, std::string_view s, int height);
 
 // Formats `value` with `digits` decimals (-1: integer, 0: trailing point; see
 // core/format.h) into 41 characters and draws it like draw_string.

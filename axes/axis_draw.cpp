@@ -1,0 +1,755 @@
+// Drawing an axis system: the line, ticks, labels and name of every drawn side, the
+// frame, the title lines and grid lines. The same code measures what it would draw, so
+// that centring accounts for exactly what appears on the page.
+//
+// An axis is described by its start point (the page position of the scaling's start
+// value), a unit vector along it and a unit normal pointing to the side of its labels.
+// Every distance outwards is measured along that normal from the axis line.
+
+#include <algorithm>
+#include <cmath>
+#include <string_view>
+
+#include "axes/axes.h"
+#include "axes/labels.h"
+#include "core/global_block.h"
+#include "core/messages.h"
+#include "draw/colour.h"
+#include "draw/pipeline.h"
+#include "text/layout.h"
+#include "text/text.h"
+
+namespace zorvel {
+namespace {
+
+// Gap between the labels, as a share of the label height: closer labels are thinned.
+constexpr double kLabelGap = 0.6;
+// Title lines: their distance from the axes and their spacing, in title heights.
+constexpr double kTitleGap = 0.8;
+constexpr double kTitleSpacing = 1.5;
+
+struct AxisLine {
+  int ax = kAxisX;     // which scaling: 0 X, 1 Y
+  int side = kSideBottom;
+  double x0 = 0.0;     // page point of the start value of the scaling
+  double y0 = 0.0;
+  double ux = 1.0;     // along the axis, towards increasing positions
+  double uy = 0.0;
+  double nx = 0.0;     // outwards, towards the labels
+  double ny = 1.0;
+  double length = 1.0; // from the first to the last point of the axis, plot units
+  int parts = kPartName;
+  bool crossed = false;
+};
+
+// Temporarily sets a colour of axclrs (-1: the current colour stays).
+class PartColour {
+ public:
+  PartColour(GlobalBlock& g, int value) : g_(g), old_(g.colour.current), set_(value != -1) {
+    if (set_) {
+      set_colour(g, value);
+    }
+  }
+  ~PartColour() {
+    if (set_ && g_.colour.current != old_) {
+      set_colour(g_, old_);
+    }
+  }
+  PartColour(const PartColour&) = delete;
+  PartColour& operator=(const PartColour&) = delete;
+
+ private:
+  GlobalBlock& g_;
+  int old_;
+  bool set_;
+};
+
+const AxisScale& scale_of(const GlobalBlock& g, int ax) {
+  return g.axes.scale[static_cast<std::size_t>(ax)];
+}
+
+const AxisSettings& settings_of(const GlobalBlock& g, int ax) {
+  return g.axes.axis[static_cast<std::size_t>(ax)];
+}
+
+// Position along the axis (0 at the start value) of the scaling value v.
+double along(const GlobalBlock& g, int ax, double v) {
+  const AxisScale& sc = scale_of(g, ax);
+  return (v - sc.a) * sc.factor;
+}
+
+double tolerance(const AxisScale& sc) { return 1e-9 * std::fabs(sc.e - sc.a); }
+
+bool in_range(const AxisScale& sc, double v) {
+  const double t = tolerance(sc);
+  return v >= std::min(sc.a, sc.e) - t && v <= std::max(sc.a, sc.e) + t;
+}
+
+// Calls f(value, index) for every label of axis ax in the order of the step; false
+// (nothing called) when there would be more than kMaxAxisLabels.
+template <class F>
+bool for_each_label(const GlobalBlock& g, int ax, F&& f) {
+  const AxisScale& sc = scale_of(g, ax);
+  if (sc.months > 0) {
+    int day = 1, month = 1, year = 2000;
+    date_of_day(g.axes, static_cast<long long>(sc.first), day, month, year);
+    for (int i = 0; i < kMaxAxisLabels; ++i) {
+      const double v = static_cast<double>(day_number(g.axes, day, month, year));
+      if (!in_range(sc, v)) {
+        break;
+      }
+      f(v, i);
+      month += sc.months;
+      year += (month - 1) / 12;
+      month = (month - 1) % 12 + 1;
+      if (year > 9999) {
+        break;
+      }
+    }
+    return true;
+  }
+  const double span = (sc.e - sc.first) / sc.step;
+  if (!(span > -1e-9)) {
+    return true;  // the first label lies beyond the end: no labels
+  }
+  if (span > kMaxAxisLabels) {
+    return false;
+  }
+  const int n = static_cast<int>(std::floor(span + 1e-9)) + 1;
+  const double snap = 1e-10 * std::fabs(sc.step);
+  for (int i = 0; i < n; ++i) {
+    double v = sc.first + i * sc.step;
+    if (std::fabs(v) < snap) {
+      v = 0.0;
+    }
+    if (in_range(sc, v)) {
+      f(v, i);
+    }
+  }
+  return true;
+}
+
+// Digits of the labels when labdig asked for them to be chosen: as few as show every
+// label exactly, and no point for whole numbers.
+int chosen_digits(const GlobalBlock& g, int ax) {
+  const AxisSettings& st = settings_of(g, ax);
+  const AxisScale& sc = scale_of(g, ax);
+  const bool lg = g.axes.log[static_cast<std::size_t>(ax)];
+  auto exact = [](double v, int d) {
+    const double m = v * std::pow(10.0, d);
+    return std::fabs(m - std::round(m)) <= 1e-6 * std::max(1.0, std::fabs(m)) * 1e-3 + 1e-9;
+  };
+  auto digits_for = [&](double v) {
+    for (int d = 0; d <= 12; ++d) {
+      if (exact(v, d)) {
+        return d;
+      }
+    }
+    return 12;
+  };
+  int d = 0;
+  if (st.label_type == kLabExp || st.label_type == kLabFexp || st.label_type == kLabXexp) {
+    // Mantissas: as few digits as show them all, at least one.
+    d = 0;
+    for_each_label(g, ax, [&](double v, int) {
+      double x = lg ? std::pow(10.0, v) : v;
+      if (x == 0.0 || !std::isfinite(x)) {
+        return;
+      }
+      const double e = std::floor(std::log10(std::fabs(x)));
+      x /= std::pow(10.0, e);
+      d = std::max(d, std::min(digits_for(x), 6));
+    });
+    return d == 0 ? -1 : d;
+  }
+  d = std::max(digits_for(sc.first), digits_for(sc.step));
+  return d == 0 ? -1 : d;
+}
+
+// The settings of one side as setgrf and the axis system say.
+int side_parts(const GlobalBlock& g, int side) {
+  const AxisState& s = g.axes;
+  if (s.crossed) {
+    return side == kSideBottom || side == kSideLeft ? s.sides[static_cast<std::size_t>(side)]
+                                                    : kPartNone;
+  }
+  if (s.no_second_axes && (side == kSideTop || side == kSideRight)) {
+    return kPartNone;
+  }
+  return s.sides[static_cast<std::size_t>(side)];
+}
+
+AxisLine make_line(const GlobalBlock& g, int side) {
+  const AxisState& s = g.axes;
+  AxisLine l;
+  l.side = side;
+  l.parts = side_parts(g, side);
+  l.crossed = s.crossed;
+  const double left = s.pos_x;
+  const double lower = s.pos_y;
+  if (side == kSideBottom || side == kSideTop) {
+    l.ax = kAxisX;
+    l.x0 = left;
+    l.y0 = s.crossed ? s.org_y : side == kSideBottom ? lower : lower - s.len_y + 1;
+    l.ux = 1.0;
+    l.uy = 0.0;
+    l.nx = 0.0;
+    l.ny = side == kSideBottom ? 1.0 : -1.0;
+    l.length = s.len_x - 1.0;
+  } else {
+    l.ax = kAxisY;
+    l.x0 = s.crossed ? s.org_x : side == kSideLeft ? left : left + s.len_x - 1;
+    l.y0 = lower;
+    l.ux = 0.0;
+    l.uy = -1.0;
+    l.nx = side == kSideLeft ? -1.0 : 1.0;
+    l.ny = 0.0;
+    l.length = s.len_y - 1.0;
+  }
+  return l;
+}
+
+// Labels run along the axis (X axes with horizontal labels, Y axes with vertical ones)
+// or across it.
+bool labels_along(const AxisLine& l, const AxisSettings& st) {
+  return (l.ax == kAxisX) != st.vertical_labels;
+}
+
+// The drawing of one axis; measures when `draw` is false. Returns how far it reaches
+// outwards from its line.
+class AxisPainter {
+ public:
+  AxisPainter(GlobalBlock& g, const AxisLine& l, bool draw)
+      : g_(g), l_(l), st_(settings_of(g, l.ax)), sc_(scale_of(g, l.ax)), draw_(draw) {
+    height_ = g.text.height;
+    name_height_ = g.axes.name_height > 0 ? g.axes.name_height : height_;
+    per_label_digits_ = g.axes.log[static_cast<std::size_t>(l.ax)] && st_.auto_digits &&
+                        !g.axes.autoscale[static_cast<std::size_t>(l.ax)] &&
+                        st_.label_type == kLabFloa && st_.log_form == kLogPlain;
+  }
+
+  double run() {
+    if (l_.parts == kPartNone) {
+      return 0.0;
+    }
+    double out = 0.0;
+    if (l_.parts >= kPartLine && st_.line && draw_) {
+      const PartColour c(g_, st_.colours[0]);
+      move_to(g_, l_.x0, l_.y0);
+      draw_to(g_, l_.x0 + l_.ux * l_.length, l_.y0 + l_.uy * l_.length);
+    }
+    if (l_.parts >= kPartTick) {
+      out = ticks();
+    }
+    if (l_.parts >= kPartLabel && st_.label_type != kLabNone) {
+      out = labels(out + st_.label_dist);
+    }
+    if (l_.parts >= kPartName && !st_.name.empty()) {
+      out = name(out + st_.name_dist);
+    }
+    return out;
+  }
+
+ private:
+  // Point at position t along the axis and d outwards.
+  void point(double t, double d, double& x, double& y) const {
+    x = l_.x0 + l_.ux * t + l_.nx * d;
+    y = l_.y0 + l_.uy * t + l_.ny * d;
+  }
+
+  void tick_at(double t, double len) {
+    if (t < -0.5 || t > l_.length + 0.5) {
+      return;
+    }
+    double lo = 0.0, hi = len;  // LABE: outwards
+    if (st_.tick_pos == 1) {
+      lo = -len;
+      hi = 0.0;
+    } else if (st_.tick_pos == 2) {
+      lo = -0.5 * len;
+      hi = 0.5 * len;
+    }
+    double x = 0.0, y = 0.0;
+    point(t, lo, x, y);
+    move_to(g_, x, y);
+    point(t, hi, x, y);
+    draw_to(g_, x, y);
+  }
+
+  // How far the ticks reach outwards.
+  double tick_reach() const {
+    const int len = g_.axes.tick_major;
+    return st_.tick_pos == 0 ? len : st_.tick_pos == 2 ? 0.5 * len : 0.0;
+  }
+
+  double ticks() {
+    const double reach = tick_reach();
+    if (!draw_ || st_.ticks == 0) {
+      return st_.ticks == 0 ? 0.0 : reach;
+    }
+    const PartColour c(g_, st_.colours[1]);
+    const AxisState& s = g_.axes;
+    const double major = s.tick_major;
+    const double minor = s.tick_minor;
+    const bool lg = s.log[static_cast<std::size_t>(l_.ax)];
+    if (!for_each_label(g_, l_.ax, [&](double v, int) { tick_at(along(g_, l_.ax, v), major); })) {
+      warn(g_, 251, kMaxAxisLabels);
+      return 0.0;
+    }
+    if (st_.kind == kKindDate && st_.tick_mode != 0) {
+      date_ticks(minor, major);
+      return reach;
+    }
+    const double lo = std::min(sc_.a, sc_.e);
+    const double hi = std::max(sc_.a, sc_.e);
+    if (lg && (s.log_ticks_full || (std::fabs(std::fabs(sc_.step) - 1.0) < 1e-9 &&
+                                    std::fabs(sc_.first - std::round(sc_.first)) < 1e-9))) {
+      // The ticks of 2 .. 9 in every decade.
+      if (hi - lo > kMaxAxisTicks / 9.0) {
+        warn(g_, 251, kMaxAxisTicks);
+        return reach;
+      }
+      for (double dec = std::floor(lo); dec <= hi; dec += 1.0) {
+        for (int k = 1; k <= 9; ++k) {
+          const double v = dec + std::log10(static_cast<double>(k));
+          if (v >= lo - tolerance(sc_) && v <= hi + tolerance(sc_)) {
+            tick_at(along(g_, l_.ax, v), k == 1 ? (s.log_ticks_full ? major : minor) : minor);
+          }
+        }
+      }
+      return reach;
+    }
+    if (st_.ticks < 2 || sc_.months > 0) {
+      return reach;
+    }
+    const double ts = std::fabs(sc_.step) / st_.ticks;
+    if ((hi - lo) / ts > kMaxAxisTicks) {
+      warn(g_, 251, kMaxAxisTicks);
+      return reach;
+    }
+    const double j0 = std::ceil((lo - sc_.first) / ts - 1e-9);
+    const double j1 = std::floor((hi - sc_.first) / ts + 1e-9);
+    for (double j = j0; j <= j1; j += 1.0) {
+      if (std::fmod(std::fabs(j), st_.ticks) != 0.0) {
+        tick_at(along(g_, l_.ax, sc_.first + j * ts), minor);
+      }
+    }
+    return reach;
+  }
+
+  // Calendar ticks of ticmod on a date axis.
+  void date_ticks(double minor, double major) {
+    const long long d0 = static_cast<long long>(std::ceil(std::min(sc_.a, sc_.e)));
+    const long long d1 = static_cast<long long>(std::floor(std::max(sc_.a, sc_.e)));
+    if (d1 - d0 > kMaxAxisTicks) {
+      warn(g_, 251, kMaxAxisTicks);
+      return;
+    }
+    const int mode = st_.tick_mode;
+    for (long long n = d0; n <= d1; ++n) {
+      int day = 1, month = 1, year = 2000;
+      date_of_day(g_.axes, n, day, month, year);
+      bool on = false;
+      bool longer = false;
+      switch (mode) {
+        case 1: on = true; break;                                         // DAYS
+        case 2: on = day == 1; break;                                     // MONT
+        case 3: on = day == 1 && (month - 1) % 3 == 0; break;             // QUAR
+        case 4: on = day == 1 && (month - 1) % 6 == 0; break;             // HALF
+        case 5: on = day == 1 && month == 1; break;                       // YEAR
+        default: on = true; longer = day == 1; break;                     // DMON
+      }
+      if (on) {
+        tick_at(along(g_, l_.ax, static_cast<double>(n)), longer ? major : minor);
+      }
+    }
+  }
+
+  int digits() const {
+    if (g_.axes.autoscale[static_cast<std::size_t>(l_.ax)] || !st_.auto_digits) {
+      return st_.digits;
+    }
+    return chosen_digits(g_, l_.ax);
+  }
+
+  int format(double v, int index, int digits, char* buf) const {
+    if (per_label_digits_) {
+      // Plain numbers on a log axis: each with the decimals it needs (0.1, 1, 10).
+      digits = -1;
+      const double x = std::pow(10.0, v);
+      for (int d = 0; d <= 12; ++d) {
+        const double m = x * std::pow(10.0, d);
+        if (std::fabs(m - std::round(m)) <= 1e-9 * std::max(1.0, m)) {
+          digits = d == 0 ? -1 : d;
+          break;
+        }
+      }
+    }
+    LabelRequest r;
+    r.axis = l_.ax;
+    r.log_axis = g_.axes.log[static_cast<std::size_t>(l_.ax)];
+    r.digits = digits;
+    r.index = index;
+    r.time_form = sc_.time_form;
+    r.date_form = sc_.date_form;
+    return format_label(g_.axes, st_, r, v, buf, kLabelBuffer);
+  }
+
+  // Which labels are drawn: the axends rules, and none at the origin of a crossed
+  // system, where the other axis passes.
+  bool shown(double v, int i, int last) const {
+    const int ends = st_.ends;
+    if ((ends == 1 || ends == 3) && i == 0) {
+      return false;
+    }
+    if ((ends == 2 || ends == 3) && i == last) {
+      return false;
+    }
+    return !(l_.crossed && v == 0.0);
+  }
+
+  double labels(double out) {
+    if (st_.kind == kKindDate && !g_.axes.base_date_set) {
+      if (draw_) {
+        warn(g_, 252);
+      }
+      return out;
+    }
+    const int dig = digits();
+    char buf[kLabelBuffer];
+    // Pass 1: the widest label, whether any is raised, the last index.
+    double widest = 0.0;
+    bool raised = false;
+    int last = -1;
+    const bool all = for_each_label(g_, l_.ax, [&](double v, int i) {
+      const int n = format(v, i, dig, buf);
+      const std::string_view text(buf, static_cast<std::size_t>(n));
+      widest = std::max(widest, static_cast<double>(measure_label(g_, text, height_)));
+      raised = raised || text.find(kRaiseChar) != std::string_view::npos;
+      last = i;
+    });
+    if (!all) {
+      if (draw_) {
+        warn(g_, 251, kMaxAxisLabels);
+      }
+      return out;
+    }
+    std::array<double, 2> forced{};
+    int forced_count = 0;
+    if (st_.ends >= 4) {
+      if (st_.ends != 6) {
+        forced[static_cast<std::size_t>(forced_count++)] = sc_.a;
+      }
+      if (st_.ends != 5) {
+        forced[static_cast<std::size_t>(forced_count++)] = sc_.e;
+      }
+      for (int k = 0; k < forced_count; ++k) {
+        const int n = format(forced[static_cast<std::size_t>(k)], 0, dig, buf);
+        widest = std::max(widest, static_cast<double>(measure_label(
+                                      g_, std::string_view(buf, static_cast<std::size_t>(n)),
+                                      height_)));
+      }
+    }
+    if (last < 0 && forced_count == 0) {
+      return out;
+    }
+    const bool along_axis = labels_along(l_, st_);
+    const double across = along_axis ? height_ * (raised ? 1.3 : 1.0) : widest;
+    if (!draw_) {
+      return out + across;
+    }
+    // Labels closer than their size are thinned to every stride-th.
+    const double need = along_axis && l_.ax == kAxisX   ? widest + kLabelGap * height_
+                        : along_axis                    ? widest + kLabelGap * height_
+                                                        : (1.0 + kLabelGap) * height_;
+    const double spacing = sc_.months > 0 ? sc_.months * 30.4 * std::fabs(sc_.factor)
+                                          : std::fabs(sc_.step * sc_.factor);
+    int stride = 1;
+    if (spacing > 0.0 && spacing < need && st_.label_type != kLabMyla) {
+      stride = static_cast<int>(std::min(1e6, std::ceil(need / spacing)));
+    }
+    const PartColour c(g_, st_.colours[2]);
+    const LabelStyle style = label_style(along_axis);
+    double x = 0.0, y = 0.0;
+    const double base = out + label_offset(along_axis, widest);
+    for_each_label(g_, l_.ax, [&](double v, int i) {
+      if (i % stride != 0 || !shown(v, i, last)) {
+        return;
+      }
+      for (int k = 0; k < forced_count; ++k) {
+        if (std::fabs(v - forced[static_cast<std::size_t>(k)]) <= tolerance(sc_)) {
+          return;  // drawn as the forced end label
+        }
+      }
+      const int n = format(v, i, dig, buf);
+      point(along(g_, l_.ax, v) + label_shift(along_axis), base, x, y);
+      draw_label(g_, std::string_view(buf, static_cast<std::size_t>(n)), x, y, style);
+    });
+    for (int k = 0; k < forced_count; ++k) {
+      const double v = forced[static_cast<std::size_t>(k)];
+      const int n = format(v, 0, dig, buf);
+      point(along(g_, l_.ax, v) + label_shift(along_axis), base, x, y);
+      draw_label(g_, std::string_view(buf, static_cast<std::size_t>(n)), x, y, style);
+    }
+    return out + across;
+  }
+
+  // Justification of the labels: their anchor is at the distance `out` from the axis,
+  // on the line through the tick.
+  LabelStyle label_style(bool along_axis) const {
+    LabelStyle st;
+    st.height = height_;
+    st.angle = st_.vertical_labels ? 90 : 0;
+    const int just = st_.label_just;
+    const bool clog = st_.label_type == kLabClog;
+    if (along_axis) {
+      // Across the axis: the labels hang from it (or stand on it above it).
+      if (!st_.vertical_labels) {
+        st.hjust = just == 1 || clog ? 0 : just == 2 ? 2 : 1;
+        st.vjust = l_.side == kSideTop ? 2 : 0;
+      } else {
+        st.hjust = just == 1 || clog ? 0 : just == 2 ? 2 : 1;
+        st.vjust = l_.side == kSideLeft ? 2 : 0;
+      }
+      return st;
+    }
+    // The labels stand in a column beside the axis.
+    st.vjust = 1;
+    const bool near = near_aligned();
+    if (!st_.vertical_labels) {
+      // Y axis, horizontal text.
+      const bool left_side = l_.side == kSideLeft;
+      st.hjust = (near == left_side) ? 2 : 0;
+    } else {
+      // X axis, text running upwards.
+      const bool below = l_.side == kSideBottom;
+      st.hjust = (near == below) ? 2 : 0;
+    }
+    return st;
+  }
+
+  // Column labels aligned at the edge near the axis (AUTO, INWA, and LEFT or RIGH where
+  // that is the near edge).
+  bool near_aligned() const {
+    const int just = st_.label_just;
+    if (just == 0 || just == 4) {
+      return true;
+    }
+    if (just == 3) {
+      return false;
+    }
+    // LEFT and RIGH in terms of the text: its start or its end.
+    const bool start_near = !st_.vertical_labels ? l_.side == kSideRight : l_.side == kSideTop;
+    return just == 1 ? start_near : !start_near;
+  }
+
+  // Extra distance outwards for column labels aligned at the far edge.
+  double label_offset(bool along_axis, double widest) const {
+    return along_axis || near_aligned() ? 0.0 : widest;
+  }
+
+  // Shift along the axis of CLOG labels: "10" centred on the tick.
+  double label_shift(bool along_axis) const {
+    if (!along_axis || st_.label_type != kLabClog) {
+      return 0.0;
+    }
+    const double ten = measure_label(g_, "10", height_);
+    return -0.5 * ten;
+  }
+
+  double name(double out) {
+    const double reach = out + name_height_;
+    if (!draw_) {
+      return reach;
+    }
+    const PartColour c(g_, st_.colours[3]);
+    LabelStyle st;
+    st.height = name_height_;
+    st.angle = l_.ax == kAxisX ? 0 : 90;
+    // Names of a crossed system stand at the axes' ends, clear of the other axis.
+    const int just = l_.crossed && st_.name_just == 0 ? 2 : st_.name_just;
+    st.hjust = just == 1 ? 0 : just == 2 ? 2 : 1;
+    const double t = just == 1 ? 0.0 : just == 2 ? l_.length : 0.5 * l_.length;
+    if (l_.ax == kAxisX) {
+      st.vjust = l_.side == kSideTop ? 2 : 0;
+    } else {
+      st.vjust = l_.side == kSideLeft ? 2 : 0;
+    }
+    // Names read upwards on Y axes: their start is the axis' lower end.
+    double x = 0.0, y = 0.0;
+    point(t, out, x, y);
+    draw_label(g_, st_.name.view(), x, y, st);
+    return reach;
+  }
+
+  GlobalBlock& g_;
+  const AxisLine& l_;
+  const AxisSettings& st_;
+  const AxisScale& sc_;
+  bool draw_;
+  int height_ = 36;
+  int name_height_ = 36;
+  bool per_label_digits_ = false;
+};
+
+// Outward reach of a side, measured from the rectangle's edge on that side.
+double edge_reach(const GlobalBlock& g, const AxisLine& l, double out) {
+  const AxisState& s = g.axes;
+  if (!l.crossed) {
+    return out;
+  }
+  // A crossed axis runs through the origin: only what passes the rectangle counts.
+  const double from_edge = l.ax == kAxisX ? s.pos_y - l.y0 : l.x0 - s.pos_x;
+  return std::max(0.0, out - from_edge);
+}
+
+}  // namespace
+
+AxisExtents draw_axis_system(GlobalBlock& g, bool draw) {
+  AxisExtents ext{};
+  const PageClipScope page(g);
+  for (int side = 0; side < 4; ++side) {
+    const AxisLine l = make_line(g, side);
+    if (l.parts == kPartNone) {
+      continue;
+    }
+    AxisPainter painter(g, l, draw);
+    const double out = painter.run();
+    ext[static_cast<std::size_t>(side)] = edge_reach(g, l, out);
+  }
+  if (g.axes.frame > 0) {
+    for (double& e : ext) {
+      e = std::max(e, static_cast<double>(g.axes.frame));
+    }
+  }
+  return ext;
+}
+
+void draw_axis_frame(GlobalBlock& g) {
+  const AxisState& s = g.axes;
+  if (s.frame <= 0) {
+    return;
+  }
+  const PageClipScope page(g);
+  const double x0 = s.pos_x;
+  const double y0 = s.pos_y - s.len_y + 1;
+  const double x1 = s.pos_x + s.len_x - 1;
+  const double y1 = s.pos_y;
+  // Thicker frames grow outwards, one plot unit per line.
+  for (int i = 0; i < s.frame; ++i) {
+    move_to(g, x0 - i, y0 - i);
+    draw_to(g, x1 + i, y0 - i);
+    draw_to(g, x1 + i, y1 + i);
+    draw_to(g, x0 - i, y1 + i);
+    draw_to(g, x0 - i, y0 - i);
+  }
+}
+
+double draw_titles(GlobalBlock& g, const AxisExtents& ext, bool draw) {
+  const AxisState& s = g.axes;
+  const int th = s.title_height > 0 ? s.title_height : round_int(1.2 * g.text.height);
+  int lines = 0;
+  for (const auto& t : s.titles) {
+    if (!t.empty()) {
+      ++lines;
+    }
+  }
+  if (lines == 0) {
+    return 0.0;
+  }
+  const double gap = kTitleGap * th;
+  const double need = gap + (lines - 1) * kTitleSpacing * th + th;
+  if (!draw) {
+    return need;
+  }
+  const PageClipScope page(g);
+  LabelStyle st;
+  st.hjust = s.title_just == 1 ? 0 : s.title_just == 2 ? 2 : 1;
+  const double x = s.title_just == 1   ? s.pos_x
+                   : s.title_just == 2 ? s.pos_x + s.len_x - 1.0
+                                       : s.pos_x + 0.5 * (s.len_x - 1.0);
+  // Line by line away from the axis system: upwards from the last line above it,
+  // downwards from the first line below it.
+  double y = 0.0;
+  if (s.title_below) {
+    y = s.pos_y + ext[kSideBottom] + gap;
+  } else {
+    y = s.pos_y - s.len_y + 1.0 - ext[kSideTop] - gap;
+  }
+  for (int k = 0; k < kTitleLines; ++k) {
+    const int i = s.title_below ? k : kTitleLines - 1 - k;
+    const auto& t = s.titles[static_cast<std::size_t>(i)];
+    if (t.empty()) {
+      continue;
+    }
+    // A flagged line is a subtitle at the label height.
+    st.height = s.title_flags[static_cast<std::size_t>(i)] ? g.text.height : th;
+    st.vjust = s.title_below ? 0 : 2;
+    draw_label(g, t.view(), x, y, st);
+    y += (s.title_below ? 1.0 : -1.0) * kTitleSpacing * th;
+  }
+  return need;
+}
+
+void draw_axis_grid(GlobalBlock& g, int nx, int ny) {
+  const AxisState& s = g.axes;
+  const double x0 = s.pos_x;
+  const double y0 = s.pos_y - s.len_y + 1;
+  const double x1 = s.pos_x + s.len_x - 1;
+  const double y1 = s.pos_y;
+  const int counts[2] = {nx, ny};
+  for (int ax = 0; ax < 2; ++ax) {
+    const int n = counts[ax];
+    if (n == 0) {
+      continue;
+    }
+    const AxisScale& sc = scale_of(g, ax);
+    auto line_at = [&](double v) {
+      const double t = along(g, ax, v);
+      if (ax == kAxisX) {
+        move_to(g, x0 + t, y0);
+        draw_to(g, x0 + t, y1);
+      } else {
+        move_to(g, x0, y1 - t);
+        draw_to(g, x1, y1 - t);
+      }
+    };
+    const double lo = std::min(sc.a, sc.e);
+    const double hi = std::max(sc.a, sc.e);
+    const bool decades = s.log[static_cast<std::size_t>(ax)] &&
+                         std::fabs(std::fabs(sc.step) - 1.0) < 1e-9 && n > 1;
+    if (sc.months > 0 || (n == 1 && !decades)) {
+      if (!for_each_label(g, ax, [&](double v, int) { line_at(v); })) {
+        warn(g, 251, kMaxAxisLabels);
+      }
+      continue;
+    }
+    if (decades) {
+      if (hi - lo > kMaxAxisTicks / 9.0) {
+        warn(g, 251, kMaxAxisTicks);
+        continue;
+      }
+      for (double dec = std::floor(lo); dec <= hi; dec += 1.0) {
+        for (int k = 1; k <= 9; ++k) {
+          const double v = dec + std::log10(static_cast<double>(k));
+          if (v >= lo - tolerance(sc) && v <= hi + tolerance(sc)) {
+            line_at(v);
+          }
+        }
+      }
+      continue;
+    }
+    const double ts = std::fabs(sc.step) / n;
+    if ((hi - lo) / ts > kMaxAxisTicks) {
+      warn(g, 251, kMaxAxisTicks);
+      continue;
+    }
+    const double j0 = std::ceil((lo - sc.first) / ts - 1e-9);
+    const double j1 = std::floor((hi - sc.first) / ts + 1e-9);
+    for (double j = j0; j <= j1; j += 1.0) {
+      line_at(sc.first + j * ts);
+    }
+  }
+}
+
+}  // namespace zorvel
