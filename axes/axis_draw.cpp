@@ -64,6 +64,8 @@ class PartColour {
   bool set_;
 };
 
+bool exponent_type(int type) { return type == kLabExp || type == kLabFexp || type == kLabXexp; }
+
 const AxisScale& scale_of(const GlobalBlock& g, int ax) {
   return g.axes.scale[static_cast<std::size_t>(ax)];
 }
@@ -130,9 +132,8 @@ bool for_each_label(const GlobalBlock& g, int ax, F&& f) {
 }
 
 // Digits of the labels when labdig asked for them to be chosen: as few as show every
-// label exactly, and no point for whole numbers.
-int chosen_digits(const GlobalBlock& g, int ax) {
-  const AxisSettings& st = settings_of(g, ax);
+// label exactly (of the mantissas for exponent forms), and no point for whole numbers.
+int chosen_digits(const GlobalBlock& g, int ax, bool exponent) {
   const AxisScale& sc = scale_of(g, ax);
   const bool lg = g.axes.log[static_cast<std::size_t>(ax)];
   auto exact = [](double v, int d) {
@@ -148,7 +149,7 @@ int chosen_digits(const GlobalBlock& g, int ax) {
     return 12;
   };
   int d = 0;
-  if (st.label_type == kLabExp || st.label_type == kLabFexp || st.label_type == kLabXexp) {
+  if (exponent) {
     // Mantissas: as few digits as show them all, at least one.
     d = 0;
     for_each_label(g, ax, [&](double v, int) {
@@ -226,6 +227,13 @@ class AxisPainter {
     per_label_digits_ = g.axes.log[static_cast<std::size_t>(l.ax)] && st_.auto_digits &&
                         !g.axes.autoscale[static_cast<std::size_t>(l.ax)] &&
                         st_.label_type == kLabFloa && st_.log_form == kLogPlain;
+    // Plain numbers too long or too small to read switch to the exponent form when the
+    // digits are chosen automatically.
+    if (st_.label_type == kLabFloa && st_.auto_digits && !g.axes.log[static_cast<std::size_t>(l.ax)] &&
+        !g.axes.autoscale[static_cast<std::size_t>(l.ax)]) {
+      const double big = std::max(std::fabs(sc_.a), std::fabs(sc_.e));
+      auto_exponent_ = big >= 1e7 || (big > 0.0 && big < 1e-4);
+    }
   }
 
   double run() {
@@ -293,8 +301,7 @@ class AxisPainter {
     const double minor = s.tick_minor;
     const bool lg = s.log[static_cast<std::size_t>(l_.ax)];
     if (!for_each_label(g_, l_.ax, [&](double v, int) { tick_at(along(g_, l_.ax, v), major); })) {
-      warn(g_, 251, kMaxAxisLabels);
-      return 0.0;
+      return 0.0;  // graf has reported the step
     }
     if (st_.kind == kKindDate && st_.tick_mode != 0) {
       date_ticks(minor, major);
@@ -306,8 +313,7 @@ class AxisPainter {
                                     std::fabs(sc_.first - std::round(sc_.first)) < 1e-9))) {
       // The ticks of 2 .. 9 in every decade.
       if (hi - lo > kMaxAxisTicks / 9.0) {
-        warn(g_, 251, kMaxAxisTicks);
-        return reach;
+        return reach;  // decades too many to show their ticks
       }
       for (double dec = std::floor(lo); dec <= hi; dec += 1.0) {
         for (int k = 1; k <= 9; ++k) {
@@ -324,8 +330,7 @@ class AxisPainter {
     }
     const double ts = std::fabs(sc_.step) / st_.ticks;
     if ((hi - lo) / ts > kMaxAxisTicks) {
-      warn(g_, 251, kMaxAxisTicks);
-      return reach;
+      return reach;  // minor ticks closer than anything can show
     }
     const double j0 = std::ceil((lo - sc_.first) / ts - 1e-9);
     const double j1 = std::floor((hi - sc_.first) / ts + 1e-9);
@@ -342,7 +347,6 @@ class AxisPainter {
     const long long d0 = static_cast<long long>(std::ceil(std::min(sc_.a, sc_.e)));
     const long long d1 = static_cast<long long>(std::floor(std::max(sc_.a, sc_.e)));
     if (d1 - d0 > kMaxAxisTicks) {
-      warn(g_, 251, kMaxAxisTicks);
       return;
     }
     const int mode = st_.tick_mode;
@@ -369,10 +373,13 @@ class AxisPainter {
     if (g_.axes.autoscale[static_cast<std::size_t>(l_.ax)] || !st_.auto_digits) {
       return st_.digits;
     }
-    return chosen_digits(g_, l_.ax);
+    return chosen_digits(g_, l_.ax, auto_exponent_ || exponent_type(st_.label_type));
   }
 
   int format(double v, int index, int digits, char* buf) const {
+    if (auto_exponent_) {
+      return format_exponent(buf, kLabelBuffer, v, digits, kLabExp);
+    }
     if (per_label_digits_) {
       // Plain numbers on a log axis: each with the decimals it needs (0.1, 1, 10).
       digits = -1;
@@ -429,9 +436,6 @@ class AxisPainter {
       last = i;
     });
     if (!all) {
-      if (draw_) {
-        warn(g_, 251, kMaxAxisLabels);
-      }
       return out;
     }
     std::array<double, 2> forced{};
@@ -590,6 +594,7 @@ class AxisPainter {
   int height_ = 36;
   int name_height_ = 36;
   bool per_label_digits_ = false;
+  bool auto_exponent_ = false;
 };
 
 // Outward reach of a side, measured from the rectangle's edge on that side.
@@ -719,14 +724,11 @@ void draw_axis_grid(GlobalBlock& g, int nx, int ny) {
     const bool decades = s.log[static_cast<std::size_t>(ax)] &&
                          std::fabs(std::fabs(sc.step) - 1.0) < 1e-9 && n > 1;
     if (sc.months > 0 || (n == 1 && !decades)) {
-      if (!for_each_label(g, ax, [&](double v, int) { line_at(v); })) {
-        warn(g, 251, kMaxAxisLabels);
-      }
+      for_each_label(g, ax, [&](double v, int) { line_at(v); });
       continue;
     }
     if (decades) {
       if (hi - lo > kMaxAxisTicks / 9.0) {
-        warn(g, 251, kMaxAxisTicks);
         continue;
       }
       for (double dec = std::floor(lo); dec <= hi; dec += 1.0) {
@@ -741,7 +743,7 @@ void draw_axis_grid(GlobalBlock& g, int nx, int ny) {
     }
     const double ts = std::fabs(sc.step) / n;
     if ((hi - lo) / ts > kMaxAxisTicks) {
-      warn(g, 251, kMaxAxisTicks);
+      warn(g, 251, kMaxAxisTicks);  // lines closer than anything can show
       continue;
     }
     const double j0 = std::ceil((lo - sc.first) / ts - 1e-9);

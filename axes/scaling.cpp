@@ -456,6 +456,12 @@ void graf(GlobalBlock& g, double xa, double xe, double xorg, double xstp, double
     sc.umax = std::max(lo, hi);
   }
   place(s);
+  for (int ax = 0; ax < 2; ++ax) {
+    const AxisScale& sc = s.scale[static_cast<std::size_t>(ax)];
+    if (std::fabs((sc.e - sc.a) / sc.step) > kMaxAxisLabels) {
+      warn(g, 251, kMaxAxisLabels);  // the axis is drawn without labels and ticks
+    }
+  }
   if (s.crossed) {
     const AxisScale& x = s.scale[kAxisX];
     const AxisScale& y = s.scale[kAxisY];
