@@ -57,13 +57,26 @@ bool open_plot_file(GlobalBlock& g, const DeviceInfo& dev) {
     f = std::fopen(name.c_str(), dev.file == FileKind::Binary ? "wb" : "w");
   }
   if (f == nullptr) {
-    warn(g, 36);
+    warn(g, 36, std::string_view(name));
     return false;
   }
   c.plot_handle.reset(f);
   c.plot_file = name;
   c.has_plot_file = true;
+  struct stat st {};
+  c.file_watched = ::fstat(fileno(f), &st) == 0 && S_ISREG(st.st_mode);
+  c.file_device = static_cast<std::uint64_t>(st.st_dev);
+  c.file_inode = static_cast<std::uint64_t>(st.st_ino);
   return true;
+}
+
+// A plot file deleted, or replaced by another file, while the plot was open: what was
+// drawn went into a file that no name leads to any more.
+bool plot_file_lost(const CoreState& c) {
+  struct stat st {};
+  return c.file_watched && (::stat(c.plot_file.c_str(), &st) != 0 ||
+                            static_cast<std::uint64_t>(st.st_dev) != c.file_device ||
+                            static_cast<std::uint64_t>(st.st_ino) != c.file_inode);
 }
 
 }  // namespace
@@ -217,6 +230,7 @@ void zorini(GlobalBlock& g) {
   c.nans = 0;
   g.msg.warnings = 0;
   c.has_plot_file = false;
+  c.file_watched = false;
   text_defaults(g);  // height, angle, character set, the font zoralf
   axes_defaults(g);  // axis position and lengths for the page, tick and label settings
 
@@ -278,6 +292,10 @@ void zorfin(GlobalBlock& g) {
     g.pipe.write_error_reported = true;
     warn(g, 36);
   }
+  if (plot_file_lost(c)) {
+    warn(g, 185, std::string_view(c.plot_file));
+  }
+  c.file_watched = false;
   c.level = 0;
   print_summary(g);
   close_message_file(g);

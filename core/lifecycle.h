@@ -1,6 +1,7 @@
 #pragma once
 // Life-cycle state of a plot: level, output device, plot file and its naming rules.
 
+#include <cstdint>
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -32,6 +33,9 @@ struct CoreState {
   int file_name_state = 0;        // 0 default name, 1 set by setfil, 2 name taken over
   bool has_plot_file = false;     // the current plot writes a file
   FileHandle plot_handle;         // open plot file; closed by zorfin
+  bool file_watched = false;      // a regular plot file: zorfin checks that its name still
+  std::uint64_t file_device = 0;  //   leads to this file (device and inode numbers)
+  std::uint64_t file_inode = 0;
   int record_length = 80;         // line length of the text formats
 
   int file_mode = 0;              // filmod: 0 COUN, 1 DELE, 2 BREA, 3 VERS

@@ -163,11 +163,13 @@ void open_message_file(GlobalBlock& g) {
     }
   }
   m.opening = false;
-  if (f != nullptr) {
-    m.handle = f;
-    m.file_open = true;
-    m.file_name = name;
+  if (f == nullptr) {
+    warn(g, 186, std::string_view(name));
+    return;
   }
+  m.handle = f;
+  m.file_open = true;
+  m.file_name = name;
 }
 
 void close_message_file(GlobalBlock& g) {

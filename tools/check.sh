@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
-# Builds Zorvel and runs every test: the normal build (g++), then the whole suite once
-# more under AddressSanitizer and UndefinedBehaviorSanitizer (clang). Warnings are
-# errors in both builds. Installs missing Debian packages first. The normal build is
-# build/, configured by tools/configure.sh as for tools/gallery.sh.
-# Usage: tools/check.sh [--quick]    (--quick: skip the sanitizer build)
+# Builds Zorvel and runs every test: the normal build (g++), its examples and end-to-end
+# programs under Valgrind (tools/valgrind.sh), then the whole suite once more under
+# AddressSanitizer and UndefinedBehaviorSanitizer (clang). Warnings are errors in both
+# builds. Installs missing Debian packages first. The normal build is build/, configured
+# by tools/configure.sh as for tools/gallery.sh.
+# Usage: tools/check.sh [--quick]    (--quick: skip Valgrind and the sanitizer build)
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 jobs=$(nproc 2>/dev/null || echo 2)
@@ -16,6 +17,8 @@ ctest --test-dir "$root/build" -j"$jobs" --output-on-failure
 if [ "${1:-}" = "--quick" ]; then
   exit 0
 fi
+echo "== Examples and end-to-end programs under Valgrind"
+"$root/tools/valgrind.sh" "$root/build"
 echo "== Build and test under ASan + UBSan (clang)"
 cmake -S "$root" -B "$root/build-sanitize" -DCMAKE_BUILD_TYPE=Debug -DZORVEL_SANITIZE=ON \
       -DZORVEL_WERROR=ON -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_C_COMPILER=clang \

@@ -1,7 +1,9 @@
 /* Catches faults of the message device and the plot life cycle: unit(0) silencing
  * everything but the level warning of the entry check, warnings switched off but still
  * counted, the message file with its versioning, the summary's Err-file line, and the
- * level checks of zorini and zorfin (a second zorini leaves the plot open). */
+ * level checks of zorini and zorfin (a second zorini leaves the plot open), and a
+ * message file that cannot be opened: warning 186 names it, and the messages and the
+ * summary come on the console instead. */
 #include <stdio.h>
 #include "zorvel.h"
 
@@ -32,5 +34,10 @@ int main(void) {
   if (f != NULL) {
     fclose(f);
   }
+  printf("--- no message file\n");
+  errfil("missing/folder/messages.err");
+  zorini();
+  setpag("WWWW");           /* warning 186, then the level warning */
+  zorfin();
   return 0;
 }
