@@ -27,6 +27,10 @@ constexpr double kLabelGap = 0.6;
 // Title lines: their distance from the axes and their spacing, in title heights.
 constexpr double kTitleGap = 0.8;
 constexpr double kTitleSpacing = 1.5;
+// The colour of grid lines while the program draws in the foreground colour.
+constexpr int kGridGrey = explicit_rgb(176, 176, 176);
+// The Y name of a crossed system: its distance above the axis, in name heights.
+constexpr double kCrossedNameGap = 0.5;
 
 struct AxisLine {
   int ax = kAxisX;     // which scaling: 0 X, 1 Y
@@ -377,6 +381,12 @@ class AxisPainter {
   }
 
   int format(double v, int index, int digits, char* buf) const {
+    if (v == 0.0 && (auto_exponent_ || (exponent_type(st_.label_type) &&
+                                         !g_.axes.log[static_cast<std::size_t>(l_.ax)]))) {
+      buf[0] = '0';  // zero needs no exponent
+      buf[1] = '\0';
+      return 1;
+    }
     if (auto_exponent_) {
       return format_exponent(buf, kLabelBuffer, v, digits, kLabExp);
     }
@@ -481,8 +491,11 @@ class AxisPainter {
         return;
       }
       for (int k = 0; k < forced_count; ++k) {
-        if (std::fabs(v - forced[static_cast<std::size_t>(k)]) <= tolerance(sc_)) {
-          return;  // drawn as the forced end label
+        // The forced end label takes the place of labels that it would touch.
+        const double gap = std::fabs(along(g_, l_.ax, v) -
+                                     along(g_, l_.ax, forced[static_cast<std::size_t>(k)]));
+        if (gap < need) {
+          return;
         }
       }
       const int n = format(v, i, dig, buf);
@@ -562,13 +575,23 @@ class AxisPainter {
   }
 
   double name(double out) {
-    const double reach = out + name_height_;
+    const bool above = l_.crossed && l_.ax == kAxisY && st_.name_just == 0;
+    const double reach = above ? out : out + name_height_;
     if (!draw_) {
       return reach;
     }
     const PartColour c(g_, st_.colours[3]);
     LabelStyle st;
     st.height = name_height_;
+    if (l_.crossed && l_.ax == kAxisY && st_.name_just == 0) {
+      // The Y name of a crossed system stands upright above the axis' upper end.
+      st.hjust = 1;
+      st.vjust = 2;
+      double x = 0.0, y = 0.0;
+      point(l_.length + kCrossedNameGap * name_height_, 0.0, x, y);
+      draw_label(g_, st_.name.view(), x, y, st);
+      return out;
+    }
     st.angle = l_.ax == kAxisX ? 0 : 90;
     // Names of a crossed system stand at the axes' ends, clear of the other axis.
     const int just = l_.crossed && st_.name_just == 0 ? 2 : st_.name_just;
@@ -621,8 +644,14 @@ AxisExtents draw_axis_system(GlobalBlock& g, bool draw) {
     AxisPainter painter(g, l, draw);
     const double out = painter.run();
     ext[static_cast<std::size_t>(side)] = edge_reach(g, l, out);
+    const AxisSettings& st = settings_of(g, l.ax);
+    if (l.crossed && l.ax == kAxisY && l.parts >= kPartName && !st.name.empty() &&
+        st.name_just == 0) {
+      const double h = g.axes.name_height > 0 ? g.axes.name_height : g.text.height;
+      ext[kSideTop] = std::max(ext[kSideTop], (1.0 + kCrossedNameGap) * h);
+    }
   }
-  if (g.axes.frame > 0) {
+  if (g.axes.frame > 0 && !g.axes.crossed) {
     for (double& e : ext) {
       e = std::max(e, static_cast<double>(g.axes.frame));
     }
@@ -632,8 +661,8 @@ AxisExtents draw_axis_system(GlobalBlock& g, bool draw) {
 
 void draw_axis_frame(GlobalBlock& g) {
   const AxisState& s = g.axes;
-  if (s.frame <= 0) {
-    return;
+  if (s.frame <= 0 || s.crossed) {
+    return;  // a crossed system is framed by its axes
   }
   const PageClipScope page(g);
   const double x0 = s.pos_x;
@@ -698,6 +727,9 @@ double draw_titles(GlobalBlock& g, const AxisExtents& ext, bool draw) {
 
 void draw_axis_grid(GlobalBlock& g, int nx, int ny) {
   const AxisState& s = g.axes;
+  // Light grey unless the program chose a colour: the grid stays behind the data.
+  const bool own = g.colour.current != g.colour.foreground;
+  const PartColour colour(g, own ? -1 : kGridGrey);
   const double x0 = s.pos_x;
   const double y0 = s.pos_y - s.len_y + 1;
   const double x1 = s.pos_x + s.len_x - 1;

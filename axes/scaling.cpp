@@ -500,8 +500,9 @@ void graf(GlobalBlock& g, double xa, double xe, double xorg, double xstp, double
     fill_polygon(g, xs, ys, 4);
     set_colour(g, colour);
   }
-  draw_axis_system(g, true);
+  // The frame first, so that the colours of axclrs show on the axis lines over it.
   draw_axis_frame(g);
+  draw_axis_system(g, true);
   if (g.colour.current != colour) {
     set_colour(g, colour);
   }

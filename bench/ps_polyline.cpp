@@ -2,8 +2,10 @@
 // x_i = i/N*10, y_i = sin(3 x_i) cos(17 x_i)) written as PostScript, against a plain
 // program that only formats and writes the same integers.
 //
-// usage: ps_polyline api|plain|distinct|data OUTFILE [N]
+// usage: ps_polyline api|curve|plain|distinct|data OUTFILE [N]
 //   api       the whole library: metafl("PS"), zorini, strtpt/connpt per point, zorfin
+//   curve     the workload as a user writes it: an axis system with its title and the
+//             points drawn by one call of curve
 //   plain     the lower bound: the driver-unit integers of every point formatted with
 //             std::to_chars into one buffer and written in blocks, nothing else
 //   distinct  as plain, but a point whose integers repeat the previous point's is left
@@ -52,6 +54,24 @@ int run_api(const char* file, long n, const std::vector<double>& x, const std::v
   for (long i = 1; i < n; ++i) {
     connpt(plot_x(x[static_cast<std::size_t>(i)]), plot_y(y[static_cast<std::size_t>(i)]));
   }
+  zorfin();
+  return 0;
+}
+
+// W1 as the peers draw it: one labelled axis system, one curve call.
+int run_curve(const char* file, long n, const std::vector<double>& x, const std::vector<double>& y) {
+  metafl("PS");
+  filmod("DELE");
+  setfil(file);
+  zorini();
+  errmod("PROT", "OFF");
+  name("X axis", "X");
+  name("Y axis", "Y");
+  titlin("W1 big curve", 1);
+  graf(0.0, 10.0, 0.0, 2.0, -1.0, 1.0, -1.0, 0.5);
+  title();
+  curve(x.data(), y.data(), static_cast<int>(n));
+  endgrf();
   zorfin();
   return 0;
 }
@@ -105,7 +125,7 @@ int run_plain(const char* file, long n, const std::vector<double>& x, const std:
 
 int main(int argc, char** argv) {
   if (argc < 3) {
-    std::fprintf(stderr, "usage: %s api|plain|distinct|data OUTFILE [N]\n", argv[0]);
+    std::fprintf(stderr, "usage: %s api|curve|plain|distinct|data OUTFILE [N]\n", argv[0]);
     return 2;
   }
   const std::string mode = argv[1];
@@ -119,6 +139,9 @@ int main(int argc, char** argv) {
   w1_data(n, x, y);
   if (mode == "api") {
     return run_api(argv[2], n, x, y);
+  }
+  if (mode == "curve") {
+    return run_curve(argv[2], n, x, y);
   }
   if (mode == "plain" || mode == "distinct") {
     return run_plain(argv[2], n, x, y, mode == "distinct");

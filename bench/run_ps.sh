@@ -41,7 +41,7 @@ measure() {
 size() { [ -f "$work/out.$1" ] && stat -c %s "$work/out.$1" || echo 0; }
 
 declare -A wall cpu
-for mode in data plain distinct api; do
+for mode in data plain distinct api curve; do
   read -r wall[$mode] cpu[$mode] < <(measure "$mode") || { echo "benchmark run failed"; exit 1; }
 done
 echo "PostScript polyline of $n points (W1), medians of $runs runs: wall s, cpu s"
@@ -52,6 +52,8 @@ printf '  %-9s %8s %8s  %s (%s bytes)\n' distinct "${wall[distinct]}" "${cpu[dis
   "the same, without repeated points" "$(size distinct)"
 printf '  %-9s %8s %8s  %s (%s bytes)\n' api "${wall[api]}" "${cpu[api]}" \
   "metafl, zorini, strtpt/connpt per point, zorfin" "$(size api)"
+printf '  %-9s %8s %8s  %s (%s bytes)\n' curve "${wall[curve]}" "${cpu[curve]}" \
+  "an axis system with title and names, one curve call" "$(size curve)"
 awk -v aw="${wall[api]}" -v pw="${wall[plain]}" -v ac="${cpu[api]}" -v pc="${cpu[plain]}" \
     -v dc="${cpu[distinct]}" 'BEGIN {
   printf "  api / plain = %.2f wall, %.2f cpu (target: at most 2)\n", aw / pw, ac / pc
@@ -65,6 +67,26 @@ case $n in
   10000000) id=W1_1e7 ;;
   *) id="" ;;
 esac
+# PLplot measured in the same run, when its library and the peer program are at hand.
+peer_src=$root/../shared/bench/peers/plplot/zb_plplot.c
+if [ -f "$peer_src" ] && pkg-config --exists plplot 2> /dev/null &&
+   gcc -O2 -I"$(dirname "$peer_src")/.." -o "$work/zb_plplot" "$peer_src" \
+       $(pkg-config --cflags --libs plplot) -lm 2> /dev/null; then
+  log=$work/times.plplot
+  (cd "$work" && ./zb_plplot W1 ps pl "$n" > /dev/null 2>&1)
+  : > "$log"
+  for _ in $(seq "$runs"); do
+    { time (cd "$work" && ./zb_plplot W1 ps pl "$n" > /dev/null 2>&1); } 2>> "$log"
+  done
+  m=$(((runs + 1) / 2))
+  pw=$(awk '{ printf "%.4f\n", $1 }' "$log" | sort -n | sed -n "${m}p")
+  pc=$(awk '{ printf "%.4f\n", $2 + $3 }' "$log" | sort -n | sed -n "${m}p")
+  pbytes=$(cat "$work"/pl* 2> /dev/null | wc -c)
+  printf '  %-9s %8s %8s  %s (%s bytes)\n' plplot "$pw" "$pc" "the PLplot peer, same run" "$pbytes"
+  awk -v cw="${wall[curve]}" -v cc="${cpu[curve]}" -v pw="$pw" -v pc="$pc" 'BEGIN {
+    printf "  curve / plplot = %.2f wall, %.2f cpu\n", cw / pw, cc / pc }'
+fi
+
 if [ -n "$id" ] && [ -f "$peers" ]; then
   echo "Peers, $id PS (medians from $(basename "$peers")): wall s, cpu s, ours / theirs"
   awk -F'\t' -v id="$id" -v aw="${wall[api]}" -v ac="${cpu[api]}" '$2 == id && $3 == "ps" {

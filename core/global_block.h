@@ -5,6 +5,7 @@
 // starts with the defaults written into those structs.
 
 #include "axes/axis_state.h"
+#include "axes/curve_state.h"
 #include "core/callbacks.h"
 #include "core/lifecycle.h"
 #include "core/messages.h"
@@ -24,6 +25,8 @@ struct GlobalBlock {
   TextState text;      // text parameters, the loaded font, the string being drawn
   CallbackState callbacks;  // the program's widget, window and surface callbacks
   AxisState axes;      // axis systems, their scaling, ticks, labels and names
+  CurveState curves;   // curves, symbols, and what each curve was drawn with
+  LegendState legend;  // the legend being built
   GlobalBlock() = default;
   GlobalBlock(const GlobalBlock&) = delete;
   GlobalBlock& operator=(const GlobalBlock&) = delete;

@@ -233,6 +233,7 @@ void zorini(GlobalBlock& g) {
   c.file_watched = false;
   text_defaults(g);  // height, angle, character set, the font zoralf
   axes_defaults(g);  // axis position and lengths for the page, tick and label settings
+  curve_defaults(g);  // interpolation, symbols, the colour cycle, the legend
 
   const DeviceInfo* dev = find_device(c.device);
   if (dev == nullptr) {

@@ -188,10 +188,15 @@ int render_layout(GlobalBlock& g, const TextLayout& layout, double& x, double& y
         const AlphabetSlot& s = t.font.alphabets[static_cast<std::size_t>(e.alphabet)];
         const GlyphFrame fr{x - sn * e.raise, y - cs * e.raise, sn,      cs,      e.unit_x,
                             e.unit_y,         e.slant,          e.inset, e.italic};
-        if (e.kind == GlyphKind::Outline && !fill_outline(g, s, e.glyph, fr) && undrawn < 0) {
+        const bool filled = e.kind == GlyphKind::Outline && fill_outline(g, s, e.glyph, fr);
+        if (e.kind == GlyphKind::Outline && !filled && undrawn < 0) {
           undrawn = e.code;
         }
-        draw_strokes(g, s, e.glyph, fr);
+        // A glyph filled by the device keeps the font's weight; hatched or broken
+        // outlines are drawn as lines too.
+        if (!filled || (g.pipe.caps & kCapFill) == 0U) {
+          draw_strokes(g, s, e.glyph, fr);
+        }
       }
     }
     x += e.advance * cs;

@@ -6,9 +6,12 @@ Usage: gen_api.py TABLE OUTDIR
 
 Writes into OUTDIR:
   zorvel.h          the public C header (C99 and C++)
-  api_decl.h        internal declarations: zorvel::api::<name>(GlobalBlock&, ...)
+  api_decl.h        internal declarations: zorvel::api::<name>(GlobalBlock&, ...), and
+                    zorvel::sized::<name> for the routines with sized buffers
   api_entries.cpp   the exported C entries: entry check, null-argument guards,
-                    exception barrier, call of the internal implementation
+                    exception barrier, call of the internal implementation (for a routine
+                    with sized buffers in zorvel::sized::<name>, which the C entry calls
+                    with buffers of unknown size)
   routines.md       the routine reference by group (for the README)
 
 With --check-sources it checks instead that the file the table names for each routine
@@ -30,11 +33,17 @@ RET_TYPES = {"void": "void", "int": "int", "dbl": "double"}
 # The argument kinds: direction ("out ", "inout " or none), base type and shape ("[]" for
 # arrays of one count, "[,]" for arrays of two counts); "cb" is a callback.
 KINDS = {
-    "int", "dbl", "str", "file", "cb",
+    "int", "dbl", "str", "file", "cb", "buf",
     "int[]", "dbl[]", "int[,]", "dbl[,]",
     "out int", "out dbl", "out int[]", "out dbl[]", "out int[,]", "out dbl[,]", "out str[]",
     "inout int[]", "inout dbl[]", "inout int[,]", "inout dbl[,]",
+    "out int[*]", "out dbl[*]",
 }
+# Buffers whose size the routine needs, not the table: the caller's character buffer
+# ("buf") and output arrays whose element count the routine determines ("[*]"). The
+# internal routine receives them with their sizes (core/buffers.h), kUnknownSize from C.
+SIZED_TYPES = {"buf": "zorvel::TextBuffer", "out int[*]": "zorvel::OutArray<int>",
+               "out dbl[*]": "zorvel::OutArray<double>"}
 
 
 class Callback:
@@ -76,11 +85,22 @@ class Arg:
     def ctype(self):
         if self.callback is not None:
             return self.callback.name
+        if self.kind == "buf":
+            return "char*"
         if self.kind.startswith(("out ", "inout ")):
             return {"int": "int*", "dbl": "double*", "str": "char*"}[self.base]
         if self.is_array:
             return f"const {BASE_TYPES[self.base]}*"
         return BASE_TYPES[self.base]
+
+    @property
+    def internal_type(self):
+        """The parameter type of the internal routine: the C type, or a sized buffer."""
+        return SIZED_TYPES.get(self.kind, self.ctype)
+
+    @property
+    def is_sized(self):
+        return self.kind in SIZED_TYPES
 
     @property
     def is_array(self):
@@ -94,9 +114,11 @@ class Arg:
     @property
     def is_pointer(self):
         """A pointer that the entry refuses when null (where the routine would use it)."""
-        return self.is_array or self.kind in ("out int", "out dbl", "cb")
+        return self.is_array or self.is_sized or self.kind in ("out int", "out dbl", "cb")
 
     def null_condition(self):
+        if self.is_sized:
+            return f"{self.name}.data == nullptr"
         return " && ".join([f"{self.name} == nullptr"] + [f"{c} > 0" for c in self.counts])
 
 
@@ -118,6 +140,12 @@ class Routine:
             return ", ".join(f"{a.ctype} {a.name}" for a in self.args)
         return ", ".join(a.ctype for a in self.args)
 
+    @property
+    def sized(self):
+        """Whether the routine takes a sized buffer: its entry is then
+        zorvel::sized::name, which bindings that know the sizes call directly."""
+        return any(a.is_sized for a in self.args)
+
 
 class Table(list):
     """The routines of a table, in order, with the callback types it declares."""
@@ -132,17 +160,21 @@ def fail(path, line, msg):
 
 
 def parse_arg(text, callbacks, path, line):
-    m = re.fullmatch(r"(?:(out|inout)\s+)?(\w+)(?:\[\s*(\w+)\s*(?:,\s*(\w+)\s*)?\])?\s+(\w+)",
-                     text.strip())
+    m = re.fullmatch(
+        r"(?:(out|inout)\s+)?(\w+)(?:\[\s*(\w+|\*)\s*(?:,\s*(\w+)\s*)?\])?\s+(\w+)",
+        text.strip())
     if not m:
         fail(path, line, f"cannot parse argument '{text.strip()}'")
     direction, base, n1, n2, name = m.groups()
-    counts = [c for c in (n1, n2) if c]
+    counts = [c for c in (n1, n2) if c and c != "*"]
     if base in callbacks:
         if direction or counts:
             fail(path, line, f"callback '{name}' cannot be an array or an output")
         return Arg("cb", name, [], callbacks[base])
-    kind = (direction + " " if direction else "") + base + ("[,]" if n2 else "[]" if n1 else "")
+    if n1 == "*" and n2:
+        fail(path, line, f"'{name}': an array of a count that the routine determines has one")
+    shape = "[*]" if n1 == "*" else "[,]" if n2 else "[]" if n1 else ""
+    kind = (direction + " " if direction else "") + base + shape
     if kind not in KINDS:
         fail(path, line, f"unknown argument kind '{kind}'")
     return Arg(kind, name, counts)
@@ -313,6 +345,8 @@ def gen_decl(routines):
         "// take the place of one of ours.\n",
         "#pragma once\n#include <cstdio>\n\n",
     ]
+    if any(r.sized for r in routines):
+        out.append('#include "core/buffers.h"\n\n')
     if routines.callbacks:
         # The same declarations as in zorvel.h, which a C++ file may include as well.
         out.append('extern "C" {\n')
@@ -320,12 +354,24 @@ def gen_decl(routines):
         out.append("}\n\n")
     out.append("namespace zorvel {\nstruct GlobalBlock;\nnamespace api {\n\n")
     for r in routines:
-        params = [f"{a.ctype} {a.name}" for a in r.args]
+        params = [f"{a.internal_type} {a.name}" for a in r.args]
         if r.levels != "free":
             params.insert(0, "GlobalBlock& g")
         out.append(f"{RET_TYPES[r.ret]} {r.name}({', '.join(params)});\n")
-    out.append("\n}  // namespace api\n}  // namespace zorvel\n")
+    out.append("\n}  // namespace api\n")
+    sized = [r for r in routines if r.sized]
+    if sized:
+        out.append("\n// The entries of the routines with sized buffers, for bindings that know the\n"
+                   "// sizes; the C entries call them with kUnknownSize.\n"
+                   "namespace sized {\n\n")
+        out.extend(f"{RET_TYPES[r.ret]} {r.name}({sized_params(r)}) noexcept;\n" for r in sized)
+        out.append("\n}  // namespace sized\n")
+    out.append("}  // namespace zorvel\n")
     return "".join(out)
+
+
+def sized_params(r):
+    return ", ".join(f"{a.internal_type} {a.name}" for a in r.args)
 
 
 def gen_entries(routines):
@@ -370,6 +416,14 @@ def gen_entries(routines):
         body.append(f"  }} catch (...) {{\n    zorvel::internal_failure({g_arg});\n  }}\n")
         if r.ret != "void":
             body.append(f"  return{zero};\n")
+        if r.sized:
+            # The body takes the sizes; the C entry hands it buffers of unknown size.
+            out.append(f"{ret} zorvel::sized::{r.name}({sized_params(r)}) noexcept {{\n")
+            out.extend(body)
+            out.append("}\n\n")
+            args = ", ".join(f"{{{a.name}, zorvel::kUnknownSize}}" if a.is_sized else a.name
+                             for a in r.args)
+            body = [f"  return zorvel::sized::{r.name}({args});\n"]
         out.append(f"extern \"C\" ZORVEL_API {ret} {r.name}({r.c_params()}) noexcept {{\n")
         out.extend(body)
         out.append("}\n\n")

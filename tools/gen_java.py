@@ -20,6 +20,12 @@ with floating-point arrays (dbl[n], dbl[nx,ny], their out and inout forms, and o
 which Java sees as a one-element array) become two overloads, one with double[] and one
 with float[]; their exports carry the JNI overload suffix.
 
+A "buf" argument is a byte[] and an output array of a count that the routine determines
+("out int[*]", "out dbl[*]") an int[], double[] or float[]: the native hands the routine
+the array with its length (core/buffers.h), so that it never writes past the end, and
+copies the elements back after the call. A null array gives warning 2 as from C; a short
+one is the routine's to refuse.
+
 A callback argument is a String naming a static method ("Class.method"). The native keeps
 the name in a registry of jni/callbacks.h (a handler's name, or a function's method looked
 up at once) and hands the routine a generated C function of the callback type (a
@@ -65,12 +71,13 @@ J_INTS = JavaType("int[]", "[I", "jintArray")
 J_DOUBLES = JavaType("double[]", "[D", "jdoubleArray")
 J_FLOATS = JavaType("float[]", "[F", "jfloatArray")
 J_STRINGS = JavaType("String[]", "[Ljava/lang/String;", "jobjectArray")
+J_BYTES = JavaType("byte[]", "[B", "jbyteArray")
 
 RETURNS = {"void": ("void", "void", "V"), "int": ("int", "jint", "I"),
            "dbl": ("double", "jdouble", "D")}
 
 FLOATING_KINDS = {"dbl[]", "dbl[,]", "out dbl[]", "out dbl[,]", "inout dbl[]", "inout dbl[,]",
-                  "out dbl"}
+                  "out dbl", "out dbl[*]"}
 
 
 def java_type(kind, floats):
@@ -80,7 +87,7 @@ def java_type(kind, floats):
     if kind == "out int" or (kind.endswith("]") and kind.split()[-1].startswith("int")):
         return J_INTS
     return {"int": J_INT, "dbl": J_DOUBLE, "str": J_STRING, "file": J_INT, "cb": J_STRING,
-            "out str[]": J_STRINGS}.get(kind)
+            "out str[]": J_STRINGS, "buf": J_BYTES}.get(kind)
 
 
 def callback_value(kind, cb):
@@ -189,6 +196,11 @@ def converter(a, floats, routine):
         return f'StringIn {c}(env, {p}, "{routine}", "{a.name}");', False
     if k == "file":
         return f'FileArg {c}({p}, "{routine}");', False
+    if k == "buf":
+        return f"TextBufferArg {c}(env, {p});", True
+    if a.is_sized:
+        cls = "IntArray" if a.base == "int" else "FloatArray" if floats else "DoubleArray"
+        return f"{cls} {c}(env, {p}, elements(env, {p}), Dir::Out);", True
     if a.is_array and a.base in ("int", "dbl"):
         d = {"out": "Dir::Out", "inout": "Dir::InOut"}.get(k.split()[0], "Dir::In")
         cls = "IntArray" if a.base == "int" else "FloatArray" if floats else "DoubleArray"
@@ -200,6 +212,62 @@ def converter(a, floats, routine):
     if k == "out str[]":
         return f"StringOut {c}(env, {p}, {count});", True
     raise ValueError(k)
+
+
+# The converters of sized buffers, written into the wrappers of a table that has them.
+SIZED_CONVERTERS = """\
+namespace {
+
+// Elements of a Java array, 0 for null: the size of a sized buffer.
+std::size_t elements(JNIEnv* env, jarray a) {
+  return a != nullptr ? static_cast<std::size_t>(env->GetArrayLength(a)) : 0;
+}
+
+// A byte[] for a "buf" argument: the routine writes into the virtual machine's elements
+// and learns their number; commit() copies them back. A null or empty array is handed on
+// as a null buffer, which the routine refuses with warning 2.
+class TextBufferArg {
+ public:
+  TextBufferArg(JNIEnv* env, jbyteArray a) noexcept : env_(env), a_(a) {
+    const std::size_t n = elements(env, a);
+    if (n > 0) {
+      p_ = env->GetByteArrayElements(a, nullptr);
+      if (p_ == nullptr) {
+        warn_no_memory(env);
+        return;
+      }
+      size_ = n;
+    }
+    ok_ = true;
+  }
+  ~TextBufferArg() {
+    if (p_ != nullptr) {
+      env_->ReleaseByteArrayElements(a_, p_, JNI_ABORT);
+    }
+  }
+  TextBufferArg(const TextBufferArg&) = delete;
+  TextBufferArg& operator=(const TextBufferArg&) = delete;
+
+  explicit operator bool() const { return ok_; }
+  zorvel::TextBuffer get() const { return {reinterpret_cast<char*>(p_), size_}; }
+  void commit() {
+    if (p_ != nullptr) {
+      env_->ReleaseByteArrayElements(a_, p_, 0);
+      p_ = nullptr;
+    }
+  }
+
+ private:
+  JNIEnv* env_;
+  jbyteArray a_;
+  jbyte* p_ = nullptr;
+  std::size_t size_ = 0;
+  bool ok_ = false;
+};
+
+}  // namespace
+
+"""
 
 
 def registries(callbacks):
@@ -272,7 +340,10 @@ def gen_wrapper(m, qualified_class, registry):
             continue
         decl, commit = cv
         out.append(f"  {decl}\n  if (!c_{a.name}) {{\n    return{zero};\n  }}\n")
-        call_args.append(f"c_{a.name}.get()")
+        if a.is_sized and a.kind != "buf":
+            call_args.append(f"{{c_{a.name}.get(), elements(env, a_{a.name})}}")
+        else:
+            call_args.append(f"c_{a.name}.get()")
         if commit:
             commits.append(f"  c_{a.name}.commit();\n")
     # The names are kept last, once every other argument is known to be good.
@@ -286,7 +357,7 @@ def gen_wrapper(m, qualified_class, registry):
             keep = (f'keep_handler(env, {registry[cb.name]}, {key}, a_{a.name}, '
                     f'"{r.name}", "{a.name}")')
         out.append(f"  if (!{keep}) {{\n    return{zero};\n  }}\n")
-    call = f"::{r.name}({', '.join(call_args)})"
+    call = f"{'zorvel::sized' if r.sized else ''}::{r.name}({', '.join(call_args)})"
     if r.ret == "void":
         out.append(f"  {call};\n")
         out.extend(commits)
@@ -311,7 +382,12 @@ def gen_wrappers(methods, qualified_class, header, callbacks):
     ]
     if callbacks:
         out.append('#include "jni/callbacks.h"\n')
+    sized = any(m.r.sized for m in methods)
+    if sized:
+        out.append('#include "api_decl.h"\n')
     out.append("\nusing namespace zorvel::jni;  // NOLINT: the converters of every wrapper\n\n")
+    if sized:
+        out.append(SIZED_CONVERTERS)
     if callbacks:
         count = len(set(registry.values()))
         out.append(f"static_assert({count} <= kMaxRegistries, \"more callback registries than "
@@ -345,6 +421,12 @@ def param_doc(a):
         if cb.key is not None:
             text += f", kept for this {{@code {cb.key}}}"
         return text + "; a name that cannot be found does nothing"
+    if a.kind == "buf":
+        return ("buffer that the routine writes into, as large as its description says; it"
+                " writes nothing when the array is shorter")
+    if a.is_sized:
+        return ("output array; the routine writes the number of elements it determines and"
+                " nothing when the array is too short")
     if a.is_array and a.base in ("int", "dbl"):
         size = " * ".join(f"{{@code {c}}}" for c in a.counts)
         order = ""

@@ -16,7 +16,8 @@ import os
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "tools"))
 from gen_api import parse_table  # noqa: E402
 
-FLOATING = {"dbl[]", "dbl[,]", "out dbl[]", "out dbl[,]", "inout dbl[]", "inout dbl[,]", "out dbl"}
+FLOATING = {"dbl[]", "dbl[,]", "out dbl[]", "out dbl[,]", "inout dbl[]", "inout dbl[,]", "out dbl",
+            "out dbl[*]"}
 
 
 def defined_functions(lib):
