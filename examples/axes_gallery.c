@@ -249,8 +249,9 @@ static void paper_figure(void) {
     model_t[i] = model(model_h[i]);
   }
   start("paper_figure.eps");
+  chacod("UTF8");
   name("Time of day [h]", "X");
-  name("Temperature [deg C]", "Y");
+  name("Temperature [\xc2\xb0" "C]", "Y");
   titlin("Air temperature at a weather station", 1);
   titlin("measured every 30 minutes, with a harmonic model", 3);
   /* The right side is only a line here: the second axis system labels it. */
@@ -266,7 +267,7 @@ static void paper_figure(void) {
   endgrf();
   /* The same rectangle again, scaled in Fahrenheit, drawing only the right axis. */
   setgrf("NONE", "NONE", "NONE", "NAME");
-  name("Temperature [deg F]", "Y");
+  name("Temperature [\xc2\xb0" "F]", "Y");
   graf(0, 24, 0, 4, 32, 77, 40, 10);
   endgrf();
   zorfin();

@@ -39,6 +39,26 @@ int face_of(int k) {
   }
 }
 
+// The character drawn raised in place of a sign that the fonts lack, or 0: the degree
+// sign and the superscript digits of ISO 8859-1 and Unicode.
+int raised_stand_in(int charset, int code) {
+  if (charset != kCharsetIso1 && charset != kCharsetUtf8) {
+    return 0;
+  }
+  switch (code) {
+    case 176:
+      return 'o';
+    case 185:
+      return '1';
+    case 178:
+      return '2';
+    case 179:
+      return '3';
+    default:
+      return 0;
+  }
+}
+
 // Selects alphabet k into the cache: unit sizes and gap for the working parameters.
 void select(GlobalBlock& g, int k) {
   TextState& t = g.text;
@@ -195,7 +215,17 @@ const TextLayout& layout_codes(GlobalBlock& g, const CodeString& codes) {
       e.pen = pen;
       continue;
     }
-    const MappedCode m = map_charset(t.charset, code, w.alphabet);
+    MappedCode m = map_charset(t.charset, code, w.alphabet);
+    // Signs that the fonts lack but a raised small character shows well: the degree
+    // sign and the superscript digits.
+    const int stand_in = m.missing ? raised_stand_in(t.charset, code) : 0;
+    const double shift = w.shift;
+    const double size = w.size;
+    if (stand_in != 0) {
+      w.shift += kRaiseShift * t.height * w.size;
+      w.size *= kRaiseSize;
+      m = map_charset(t.charset, stand_in, w.alphabet);
+    }
     const int k = m.alphabet >= 0 ? m.alphabet : w.alphabet;
     const int face = t.font.mode == FontMode::Driver ? face_of(k) : -1;
     if (face >= 0) {
@@ -203,6 +233,8 @@ const TextLayout& layout_codes(GlobalBlock& g, const CodeString& codes) {
     } else {
       lay_font_glyph(g, e, m, k);
     }
+    w.shift = shift;
+    w.size = size;
     pen += e.lead;
     e.pen = pen;
     pen += e.advance;

@@ -252,8 +252,9 @@ public final class AxesGallery {
       modelT[i] = model(modelH[i]);
     }
     start("paper_figure.eps");
+    chacod("UTF8");
     name("Time of day [h]", "X");
-    name("Temperature [deg C]", "Y");
+    name("Temperature [\u00b0C]", "Y");
     titlin("Air temperature at a weather station", 1);
     titlin("measured every 30 minutes, with a harmonic model", 3);
     // The right side is only a line here: the second axis system labels it.
@@ -269,7 +270,7 @@ public final class AxesGallery {
     endgrf();
     // The same rectangle again, scaled in Fahrenheit, drawing only the right axis.
     setgrf("NONE", "NONE", "NONE", "NAME");
-    name("Temperature [deg F]", "Y");
+    name("Temperature [\u00b0F]", "Y");
     graf(0, 24, 0, 4, 32, 77, 40, 10);
     endgrf();
     zorfin();

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """The paper figure of examples/axes_gallery.c drawn by matplotlib, for comparing the
-looks of the two: the same data, names, two-line title, dotted grid and a second Y axis
+looks of the two: the same data, names, two-line title, a grid and a second Y axis
 in Fahrenheit; everything else as matplotlib sets it by default.
 
 Usage: paper_figure.py [output.png]   (default: paper_figure_mpl.png; dpi 110 gives about
@@ -41,13 +41,13 @@ def main():
     ax.plot(hm, tm)
     ax.plot(hc, tc)
     ax.set_xlabel("Time of day [h]")
-    ax.set_ylabel("Temperature [deg C]")
+    ax.set_ylabel("Temperature [°C]")
     ax.set_title("Air temperature at a weather station\n"
                  "measured every 30 minutes, with a harmonic model")
-    ax.grid(linestyle=":")
+    ax.grid()
     right = ax.secondary_yaxis("right", functions=(lambda c: c * 9 / 5 + 32,
                                                    lambda f: (f - 32) * 5 / 9))
-    right.set_ylabel("Temperature [deg F]")
+    right.set_ylabel("Temperature [°F]")
     fig.savefig(out, dpi=DPI)
 
 
