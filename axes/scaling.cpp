@@ -25,7 +25,6 @@ namespace {
 constexpr double kEps = 1e-35;
 // The single-precision 1.2 of the time steps: 600 minutes become 720.
 constexpr double kTimeStretch = 1.2000000476837158;
-constexpr double kSecondsPerDay = 86400.0;
 
 double pow10i(int k) { return std::pow(10.0, k); }
 
