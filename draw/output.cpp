@@ -168,6 +168,7 @@ bool open_driver(GlobalBlock& g, const DeviceInfo& dev, std::unique_ptr<Driver> 
   setup.offset_y = g.page.hw_origin_y;
   setup.stamp = current_date_time();
   setup.single_page = p.ps_single_page;
+  setup.compress = p.pdf_compress;
   setup.page_mode = p.page_mode;
   const double across = p.rotated ? g.page.height : g.page.width;
   const double along = p.rotated ? g.page.width : g.page.height;
@@ -309,6 +310,16 @@ void hwmode(GlobalBlock& g, const char* cmode, const char* ckey) {
 void psmode(GlobalBlock& g, const char* cmode) {
   if (const int i = match_keyword(g, "MULT+SING", cmode); i != 0) {
     g.pipe.ps_single_page = i == 2;
+  }
+}
+
+void pdfmod(GlobalBlock& g, const char* cmode, const char* ckey) {
+  if (key_view(key4(ckey)) != "COMP") {
+    warn(g, 2, std::string_view(ckey));
+    return;
+  }
+  if (const int i = match_keyword(g, "ON  +OFF ", cmode); i != 0) {
+    g.pipe.pdf_compress = i == 1;
   }
 }
 

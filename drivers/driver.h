@@ -78,6 +78,7 @@ struct DriverSetup {
   int offset_y = 0;
   DateTime stamp{};            // date and time for the file header
   bool single_page = false;    // PostScript: psmode "SING", no multi-page structure
+  bool compress = true;        // PDF: pdfmod "COMP", content streams deflated
   int page_mode = 0;           // pagmod: 0 COMI/LAND, 1 MOVI/PORT (turned), 2 NONE
   double device_width = 0.0;   // the page in device units as the device holds it (turned
   double device_height = 0.0;  //   when the dispatch turns it): applet size, clearRect

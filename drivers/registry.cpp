@@ -7,8 +7,10 @@ namespace zorvel {
 // The driver factories, one per driver source.
 std::unique_ptr<Driver> make_gksl_driver();
 std::unique_ptr<Driver> make_ps_driver();
+std::unique_ptr<Driver> make_pdf_driver();
 std::unique_ptr<Driver> make_hpgl_driver();
 std::unique_ptr<Driver> make_java_driver();
+std::unique_ptr<Driver> make_svg_driver();
 
 namespace {
 
@@ -78,8 +80,8 @@ constexpr std::array kDevices = {
     postscript("PSCL", 502, "psc", S::Printable, kColourReversible, 1),
     postscript("EPS ", 503, "eps", S::None, kWhitePaper, 2),
     postscript("PS  ", 504, "ps", S::Printable, kWhitePaper, 3),
-    DeviceInfo{"PDF ", 511, "pdf", K::Binary, F::Pdf, D::Paper, T::Landscape, kPoints,
-               S::None, false, false, kTenthMm, 24, kWhitePaper, 0, nullptr},
+    DeviceInfo{"PDF ", 511, "pdf", K::Binary, F::Pdf, D::Paper, T::PageMode, kPoints,
+               S::None, false, false, -kPsLine / kPs, 24, kWhitePaper, 0, &make_pdf_driver},
     raster("TIFF", 601, "tif", K::Binary, 24),
     raster("IMAG", 602, "img", K::Binary, 24),
     raster("VIRT", 603, "", K::None, 24),
@@ -91,7 +93,7 @@ constexpr std::array kDevices = {
                S::Window, false, false, kOnePixel, 24, kScreen | kColourDarkOnLight, 0,
                &make_java_driver},
     DeviceInfo{"SVG ", 801, "svg", K::Text, F::Svg, D::Pixels, T::PageMode, kPixels,
-               S::None, false, false, kTenthMm, 24, kWhitePaper, 0, nullptr},
+               S::None, false, false, kTenthMm, 24, kWhitePaper, 0, &make_svg_driver},
     DeviceInfo{"IPE ", 802, "ipe", K::Text, F::Ipe, D::Paper, T::PageMode, kPoints,
                S::None, false, false, kTenthMm, 24, kWhitePaper, 0, nullptr},
     screen("XWIN", 72), screen("XWI1", 72), screen("XWI2", 73), screen("XWI3", 74),

@@ -1,8 +1,7 @@
 #pragma once
-// Where a driver's bytes go: the plot file, or a block of memory (PDF builds its
-// compressed streams there and counts object offsets; a program may take any format's
-// output in memory). Writers hand over large blocks; a sink reports failure by its
-// return value and never throws.
+// Where a driver's bytes go: the plot file, or a block of memory (tests, and programs
+// that take a format's output in memory). Writers hand over large blocks; a sink reports
+// failure by its return value and never throws.
 
 #include <cstddef>
 #include <cstdio>

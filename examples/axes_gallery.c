@@ -12,14 +12,14 @@
  *                        the right in other units */
 #include <math.h>
 
+#include "gallery.h"
 #include "zorvel.h"
 
 #define PI 3.14159265358979
 
 /* A new page in its own EPS file. */
 static void start(const char* file) {
-  metafl("EPS");
-  setfil(file);
+  gallery_output("EPS", file);
   filmod("DELE");
   pagmod("NONE");
   zorini();

@@ -4,6 +4,7 @@
  * figure (pagmod "NONE"), where landscape pages would otherwise be turned. */
 #include <math.h>
 
+#include "gallery.h"
 #include "zorvel.h"
 
 static const double kPi = 3.14159265358979;
@@ -40,8 +41,7 @@ static void drawing(int cx, int cy) {
 int main(void) {
   setpag("DA4L");
   pagmod("NONE");
-  metafl("EPS");
-  setfil("clipping.eps");
+  gallery_output("EPS", "clipping.eps");
   filmod("DELE");
   zorini();
   height(40);

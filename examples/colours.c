@@ -1,6 +1,7 @@
 /* Colours and colour tables, "colours.ps": the nine predefined tables of setvlt as bars
  * of their 256 entries (9 for SMAL, 16 for VGA), the named colours of color, and ramps
  * of explicit RGB colours from setrgb. */
+#include "gallery.h"
 #include "zorvel.h"
 
 int main(void) {
@@ -9,8 +10,7 @@ int main(void) {
   static const char* names[13] = {"WHIT", "RED",  "GREE", "YELL", "BLUE", "ORAN", "CYAN",
                                   "MAGE", "BLAC", "FORE", "BACK", "GRAY", "HALF"};
   int t, i;
-  metafl("PS");
-  setfil("colours.ps");
+  gallery_output("PS", "colours.ps");
   filmod("DELE");
   zorini();
   height(50);

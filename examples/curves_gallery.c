@@ -7,11 +7,11 @@
 #include <stdio.h>
 #include <string.h>
 
+#include "gallery.h"
 #include "zorvel.h"
 
 static void start(const char* file) {
-  metafl("EPS");
-  setfil(file);
+  gallery_output("EPS", file);
   filmod("DELE");
   pagmod("NONE");
   zorini();

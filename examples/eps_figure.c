@@ -4,15 +4,15 @@
  * sheet; the bounding box covers the page and its offset on the sheet. */
 #include <math.h>
 
+#include "gallery.h"
 #include "zorvel.h"
 
 int main(void) {
   int i;
   const double pi = 3.14159265358979;
-  metafl("EPS");
+  gallery_output("EPS", "eps_figure.eps");
   page(1600, 1200);
   pagmod("NONE");
-  setfil("eps_figure.eps");
   filmod("DELE");
   zorini();
 

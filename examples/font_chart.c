@@ -2,6 +2,7 @@
  * a grid with its code beside it. Written to font_chart.ps. */
 #include <stdio.h>
 
+#include "gallery.h"
 #include "zorvel.h"
 
 typedef void (*FontRoutine)(void);
@@ -47,8 +48,7 @@ static void chart(int font, int alphabet) {
 
 int main(void) {
   int font, alphabet;
-  metafl("PS");
-  setfil("font_chart.ps");
+  gallery_output("PS", "font_chart.ps");
   filmod("DELE");
   zorini();
   for (font = 0; font < 10; ++font) {

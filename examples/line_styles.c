@@ -3,6 +3,7 @@
  * instead of starting again at every point. */
 #include <math.h>
 
+#include "gallery.h"
 #include "zorvel.h"
 
 static const double kPi = 3.14159265358979;
@@ -13,8 +14,7 @@ int main(void) {
   int own1[4] = {60, 15, 5, 15};
   int own2[6] = {40, 10, 40, 10, 5, 10};
   int i;
-  metafl("PS");
-  setfil("line_styles.ps");
+  gallery_output("PS", "line_styles.ps");
   filmod("DELE");
   zorini();
   height(50);

@@ -2,14 +2,14 @@
  * by the PostScript interpreter, the same widths drawn as parallel strokes by the library
  * (hardware line-width mode off, as on devices without line widths of their own), and
  * the three line caps with thin guides at the true line ends. */
+#include "gallery.h"
 #include "zorvel.h"
 
 int main(void) {
   static const int widths[7] = {1, 3, 6, 10, 20, 40, 80};
   static const char* caps[3] = {"CUT", "ROUN", "LONG"};
   int i;
-  metafl("PS");
-  setfil("line_widths.ps");
+  gallery_output("PS", "line_widths.ps");
   filmod("DELE");
   zorini();
   height(50);

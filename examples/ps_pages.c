@@ -5,6 +5,7 @@
  *   3. the three line caps on thick lines, and dots (zero-length lines). */
 #include <math.h>
 
+#include "gallery.h"
 #include "zorvel.h"
 
 static void box_outline(int x, int y, int w, int h) {
@@ -86,8 +87,7 @@ static void caps_and_dots(void) {
 }
 
 int main(void) {
-  metafl("PS");
-  setfil("ps_pages.ps");
+  gallery_output("PS", "ps_pages.ps");
   filmod("DELE");
   zorini();
   line_styles();

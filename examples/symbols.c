@@ -1,6 +1,7 @@
 /* The symbol chart, "symbol_chart.eps": the 24 built-in symbols, each at the heights 96,
  * 48 and 24 with its number below, and a symbol of one's own made with mysymb. Open
  * shapes 0..7 come filled as 12..19. */
+#include "gallery.h"
 #include "zorvel.h"
 
 static const int kHeights[3] = {96, 48, 24};
@@ -21,10 +22,9 @@ int main(void) {
   static const double ax[7] = {0.0, 0.5, 0.16, 0.16, -0.16, -0.16, -0.5};
   static const double ay[7] = {0.5, 0.0, 0.0, -0.5, -0.5, 0.0, 0.0};
   int n;
-  metafl("EPS");
+  gallery_output("EPS", "symbol_chart.eps");
   page(2600, 1150);
   pagmod("NONE");
-  setfil("symbol_chart.eps");
   filmod("DELE");
   zorini();
   helve();

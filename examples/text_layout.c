@@ -2,6 +2,7 @@
  * justification points of txtjus marked with a cross, slanted, stretched, fixed-pitch
  * and framed texts, and texts continued with messag(..., 999, 999). Written to
  * text_layout.ps. */
+#include "gallery.h"
 #include "zorvel.h"
 
 static void cross(int x, int y) {
@@ -13,8 +14,7 @@ int main(void) {
   static const char* const kHoriz[] = {"LEFT", "CENT", "RIGH"};
   static const char* const kVert[] = {"TOP", "MIDD", "BOTT"};
   int i, j;
-  metafl("PS");
-  setfil("text_layout.ps");
+  gallery_output("PS", "text_layout.ps");
   filmod("DELE");
   zorini();
   complx();

@@ -1,6 +1,7 @@
 /* UTF-8 text: Latin accents, Greek and Cyrillic in one page with chacod("UTF8"), once
  * in the stroke font complx and once in the PostScript driver font. Written to
  * text_utf8.ps. */
+#include "gallery.h"
 #include "zorvel.h"
 
 static const char* const kLines[] = {
@@ -13,8 +14,7 @@ static const char* const kLines[] = {
 
 int main(void) {
   int i;
-  metafl("PS");
-  setfil("text_utf8.ps");
+  gallery_output("PS", "text_utf8.ps");
   filmod("DELE");
   zorini();
   chacod("UTF8");

@@ -6,6 +6,7 @@ set -eu
 packages=(
   cmake g++ clang libclang-rt-dev make pkg-config python3
   libgtest-dev libgmock-dev
+  zlib1g-dev            # deflate of the PDF streams
   ghostscript           # renders every PostScript/EPS file in the tests
   default-jdk-headless  # the Java binding
   libxml2-utils librsvg2-bin qpdf poppler-utils pngcheck

@@ -1,0 +1,987 @@
+// The SVG driver of the device "SVG " (801).
+//
+// The file is an SVG 1.0 document in ISO-8859-1, written through TextWriter without a
+// line limit (the driver breaks its own lines). Coordinates are pixels of 1/96 inch with
+// y growing downwards, as the dispatch hands them over, written with 2 decimals:
+//
+//   <?xml ...?> <!DOCTYPE ...> <!-- library, version, date -->
+//   <svg width="W" height="H" ...>
+//   <g fill="none" stroke="#rrggbb" ... stroke-width="w">     a line group: lines and
+//   <line x1=".." y1=".." x2=".." y2=".."/>                    polylines of one colour,
+//   <polyline points=" x, y x, y ..."/>                        width, cap and join
+//   </g>
+//   <g stroke="none"> <rect .../> <path .../> </g>             a fill group
+//   <g font-family=".." ... font-size="n" ... fill="#rrggbb">  a text group: one element
+//   <text x=".." y=".." rotate="0">c</text>                    per character, centred on
+//   </g>                                                       its place
+//   <image .../>                                               pixels as an embedded PNG
+//   </svg>
+//
+// At most one group is open; an attribute change (colour, width, cap, join) closes it and
+// the next element opens the group it needs.
+//
+// SVG has no pages: new_page finishes the document and continues in a new file named by
+// the plot file's first free version (zorvel.svg, zorvel_1.svg, ...), so that no page is
+// lost. Output into a device or pipe (/dev/stdout), or into memory, has no name to
+// version: there the later pages draw over the first, as on an EPS figure.
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <new>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <zlib.h>
+
+#include "core/format.h"
+#include "core/version.h"
+#include "drivers/registry.h"
+#include "drivers/text_writer.h"
+#include "text/driver_font.h"
+
+namespace zorvel {
+namespace {
+
+// Points held before a polyline is written (it then continues from its last point).
+constexpr int kPolylineCapacity = 100;
+// A polyline's points are written five to a line.
+constexpr int kPointsPerLine = 5;
+// Coordinates are clamped to this magnitude (pixels) before they are written: far outside
+// any page, and short enough for the fixed-size text buffers below.
+constexpr double kCoordinateLimit = 1e9;
+// Longest text of one clamped coordinate with 2 decimals ("-1000000000.00").
+constexpr std::size_t kCoordinateChars = 14;
+// Longest text of one polyline point: " x, y" and a newline.
+constexpr std::size_t kPointChars = 2 * kCoordinateChars + 4;
+// The thinnest line in pixels: linwid without hardware widths, and every width below it.
+constexpr double kThinnestLine = 1.0;
+// Versions tried for the file of a new page (filopt's default of 4 digits).
+constexpr int kMaxVersion = 9999;
+// Longest version name that "COUN" numbering keeps, stem and number together.
+constexpr std::size_t kVersionNameLength = 8;
+
+constexpr std::string_view kHomePage = "https://www.zorvel.org";
+
+// Which group is open: the state of the element nesting.
+enum class Group { None, Line, Fill, Text };
+
+// Text of a coordinate with 2 decimals at p, where kNumberBuffer bytes must be free (the
+// room format_fixed asks for; it writes at most kCoordinateChars of them); returns the
+// end. Clamped, NaN written as 0.
+char* put_coordinate(char* p, double v) {
+  const double c = v == v ? std::clamp(v, -kCoordinateLimit, kCoordinateLimit) : 0.0;
+  return format_fixed(p, c, 2);
+}
+
+void append_coordinate(std::string& s, double v) {
+  char tmp[kNumberBuffer];
+  s.append(tmp, put_coordinate(tmp, v));
+}
+
+void append_fixed(std::string& s, double v, int decimals, int width = 0) {
+  char tmp[kNumberBuffer];
+  char* end = format_fixed(tmp, v, decimals);
+  end = pad_left(tmp, end, std::min<int>(width, static_cast<int>(kNumberBuffer)));
+  s.append(tmp, end);
+}
+
+void append_int(std::string& s, long long v) {
+  char tmp[kNumberBuffer];
+  s.append(tmp, format_int(tmp, v));
+}
+
+// An angle in degrees with 2 decimals, or as an integer where they would be zeros (the
+// text engine's angles reach the driver through sines and cosines).
+void append_angle(std::string& s, double degrees) {
+  const double whole = std::round(degrees);
+  if (std::fabs(degrees - whole) < 0.005) {
+    append_int(s, static_cast<long long>(whole));
+  } else {
+    append_fixed(s, degrees, 2);
+  }
+}
+
+// Advance of a character in thousandths of the font size where the face is one of the
+// driver fonts, whose widths the text engine lays out with; 0 for other faces.
+int advance_of(std::string_view face, std::uint8_t code) {
+  for (DriverFace f : {DriverFace::Roman, DriverFace::Greek, DriverFace::Italic}) {
+    if (face == driver_face_name(f)) {
+      return driver_width(f, code);
+    }
+  }
+  return 0;
+}
+
+// "#rrggbb" in lower-case hexadecimal.
+void append_hex_colour(std::string& s, const Rgb& c) {
+  static constexpr char kHex[] = "0123456789abcdef";
+  s += '#';
+  for (int v : {c.r, c.g, c.b}) {
+    s += kHex[(v >> 4) & 15];
+    s += kHex[v & 15];
+  }
+}
+
+// Opacity of a translucent colour as an attribute (` name="0.500"`); nothing when opaque.
+void append_opacity(std::string& s, std::string_view name, int alpha) {
+  if (alpha >= 255) {
+    return;
+  }
+  s += ' ';
+  s += name;
+  s += "=\"";
+  append_fixed(s, alpha / 255.0, 3);
+  s += '"';
+}
+
+Rgb clamped(Rgb c) {
+  return {std::clamp(c.r, 0, 255), std::clamp(c.g, 0, 255), std::clamp(c.b, 0, 255),
+          std::clamp(c.a, 0, 255)};
+}
+
+// One character of text content. The file declares ISO-8859-1, so characters up to 255
+// are written as their byte and the others as character references; markup characters
+// are escaped. Control characters and code points that XML cannot hold are left out.
+void append_character(std::string& s, std::uint32_t c) {
+  switch (c) {
+    case '&':
+      s += "&amp;";
+      return;
+    case '<':
+      s += "&lt;";
+      return;
+    case '>':
+      s += "&gt;";
+      return;
+    case '"':
+      s += "&quot;";
+      return;
+    case '\'':
+      s += "&apos;";
+      return;
+    default:
+      break;
+  }
+  if (c < 0x20 || (c >= 0x7f && c < 0xa0) || (c >= 0xd800 && c < 0xe000) || c == 0xfffe ||
+      c == 0xffff || c > 0x10ffff) {
+    return;
+  }
+  if (c < 0x100) {
+    s += static_cast<char>(static_cast<unsigned char>(c));
+    return;
+  }
+  s += "&#";
+  append_int(s, c);
+  s += ';';
+}
+
+// Font attributes of a PostScript face name ("Times-BoldItalic": family Times, bold,
+// italic). The families of the standard faces get the generic family that viewers fall
+// back to. The text is Unicode, so Greek of the Symbol face needs no symbol font: it
+// falls back to Times, whose Greek looks like Symbol's (viewers that find a "Symbol" of
+// their own without Greek, as fontconfig does, would take a sans-serif face).
+struct FontStyle {
+  std::string_view family;
+  std::string_view weight;
+  std::string_view style;
+};
+
+FontStyle font_style(std::string_view face) {
+  struct Family {
+    std::string_view name;
+    std::string_view list;
+  };
+  static constexpr Family kFamilies[] = {{"Times", "Times, serif"},
+                                         {"Symbol", "Symbol, Times, serif"},
+                                         {"Helvetica", "Helvetica, sans-serif"},
+                                         {"Courier", "Courier, monospace"}};
+  const std::size_t dash = face.find('-');
+  const std::string_view variant = dash == std::string_view::npos ? "" : face.substr(dash + 1);
+  FontStyle f{face.substr(0, dash), "normal", "normal"};
+  for (const Family& family : kFamilies) {
+    if (f.family == family.name) {
+      f.family = family.list;
+    }
+  }
+  // A name is written as it is: anything that could end the attribute makes it "serif".
+  if (f.family.find_first_of("\"&<>") != std::string_view::npos) {
+    f.family = "serif";
+  }
+  if (variant.find("Bold") != std::string_view::npos) {
+    f.weight = "bold";
+  }
+  if (variant.find("Italic") != std::string_view::npos) {
+    f.style = "italic";
+  } else if (variant.find("Oblique") != std::string_view::npos) {
+    f.style = "oblique";
+  }
+  return f;
+}
+
+// Embedded images
+// ===============
+
+void put_u32(std::vector<std::uint8_t>& v, std::uint32_t x) {
+  v.push_back(static_cast<std::uint8_t>(x >> 24));
+  v.push_back(static_cast<std::uint8_t>(x >> 16));
+  v.push_back(static_cast<std::uint8_t>(x >> 8));
+  v.push_back(static_cast<std::uint8_t>(x));
+}
+
+// Appends a chunk: length, type, data, CRC of type and data.
+void put_chunk(std::vector<std::uint8_t>& png, const char (&type)[5],
+               const std::vector<std::uint8_t>& data) {
+  put_u32(png, static_cast<std::uint32_t>(data.size()));
+  const std::size_t from = png.size();
+  png.insert(png.end(), type, type + 4);
+  png.insert(png.end(), data.begin(), data.end());
+  const uLong crc = crc32_z(0L, png.data() + from, png.size() - from);
+  put_u32(png, static_cast<std::uint32_t>(crc));
+}
+
+// The filtered row of PNG filter type `type` (0 None, 1 Sub, 2 Up, 3 Average, 4 Paeth)
+// into `out`; `bpp` bytes a pixel, `prev` the row above (zeros for the first).
+void filter_row(int type, const std::uint8_t* row, const std::uint8_t* prev, std::size_t n,
+                std::size_t bpp, std::uint8_t* out) {
+  for (std::size_t i = 0; i < n; ++i) {
+    const int a = i >= bpp ? row[i - bpp] : 0;
+    const int b = prev[i];
+    const int c = i >= bpp ? prev[i - bpp] : 0;
+    int predicted = 0;
+    switch (type) {
+      case 1:
+        predicted = a;
+        break;
+      case 2:
+        predicted = b;
+        break;
+      case 3:
+        predicted = (a + b) / 2;
+        break;
+      case 4: {
+        const int pa = std::abs(b - c);
+        const int pb = std::abs(a - c);
+        const int pc = std::abs(a + b - 2 * c);
+        predicted = pa <= pb && pa <= pc ? a : pb <= pc ? b : c;
+        break;
+      }
+      default:
+        break;
+    }
+    out[i] = static_cast<std::uint8_t>(row[i] - predicted);
+  }
+}
+
+// The pixels as a PNG file: 8 bits per channel, RGB or RGBA, each row with the filter
+// whose bytes sum smallest as signed values (the usual choice of PNG writers), deflated
+// by zlib. Empty when zlib fails.
+std::vector<std::uint8_t> encode_png(const Image& img) {
+  const auto bpp = static_cast<std::size_t>(img.channels);
+  const std::size_t n = static_cast<std::size_t>(img.width) * bpp;
+  std::vector<std::uint8_t> raw((n + 1) * static_cast<std::size_t>(img.height));
+  std::vector<std::uint8_t> zeros(n, 0);
+  std::vector<std::uint8_t> trial(n);
+  const std::uint8_t* prev = zeros.data();
+  for (int j = 0; j < img.height; ++j) {
+    const std::uint8_t* row = img.pixels + static_cast<std::size_t>(j) * img.stride;
+    std::uint8_t* out = raw.data() + static_cast<std::size_t>(j) * (n + 1);
+    long best = -1;
+    for (int type = 0; type <= 4; ++type) {
+      filter_row(type, row, prev, n, bpp, trial.data());
+      long sum = 0;
+      for (std::uint8_t v : trial) {
+        sum += v < 128 ? v : 256 - v;
+      }
+      if (best < 0 || sum < best) {
+        best = sum;
+        out[0] = static_cast<std::uint8_t>(type);
+        std::copy(trial.begin(), trial.end(), out + 1);
+      }
+    }
+    prev = row;
+  }
+  uLongf size = compressBound(static_cast<uLong>(raw.size()));
+  std::vector<std::uint8_t> idat(size);
+  if (compress2(idat.data(), &size, raw.data(), static_cast<uLong>(raw.size()),
+                Z_DEFAULT_COMPRESSION) != Z_OK) {
+    return {};
+  }
+  idat.resize(size);
+  if (idat.size() > 0x7fffffffU) {
+    return {};  // beyond the length of a PNG chunk
+  }
+  std::vector<std::uint8_t> header;
+  put_u32(header, static_cast<std::uint32_t>(img.width));
+  put_u32(header, static_cast<std::uint32_t>(img.height));
+  header.push_back(8);                          // bits per channel
+  header.push_back(img.channels == 4 ? 6 : 2);  // colour type: RGBA or RGB
+  header.push_back(0);                          // deflate
+  header.push_back(0);                          // adaptive filtering
+  header.push_back(0);                          // not interlaced
+  std::vector<std::uint8_t> png = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1a, '\n'};
+  put_chunk(png, "IHDR", header);
+  put_chunk(png, "IDAT", idat);
+  put_chunk(png, "IEND", {});
+  return png;
+}
+
+// Base64 of the bytes, in lines of 76 characters.
+std::string base64_lines(const std::vector<std::uint8_t>& bytes) {
+  static constexpr char kDigits[] =
+      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+  constexpr std::size_t kGroupsPerLine = 19;
+  std::string s;
+  s.reserve((bytes.size() + 2) / 3 * 4 + bytes.size() / 57 + 2);
+  std::size_t groups = 0;
+  for (std::size_t i = 0; i < bytes.size(); i += 3) {
+    const std::size_t n = std::min<std::size_t>(3, bytes.size() - i);
+    std::uint32_t v = static_cast<std::uint32_t>(bytes[i]) << 16;
+    if (n > 1) {
+      v |= static_cast<std::uint32_t>(bytes[i + 1]) << 8;
+    }
+    if (n > 2) {
+      v |= bytes[i + 2];
+    }
+    s += kDigits[(v >> 18) & 63];
+    s += kDigits[(v >> 12) & 63];
+    s += n > 1 ? kDigits[(v >> 6) & 63] : '=';
+    s += n > 2 ? kDigits[v & 63] : '=';
+    if (++groups % kGroupsPerLine == 0 && i + 3 < bytes.size()) {
+      s += '\n';
+    }
+  }
+  return s;
+}
+
+// Page files
+// ==========
+
+bool is_regular_file(const std::string& name) {
+  struct stat st {};
+  return !name.empty() && ::stat(name.c_str(), &st) == 0 && S_ISREG(st.st_mode);
+}
+
+struct FileCloser {
+  void operator()(std::FILE* f) const { std::fclose(f); }
+};
+using FilePtr = std::unique_ptr<std::FILE, FileCloser>;
+
+// Creates the file of the next page: the first free name of the plot file's versions as
+// filmod "COUN" counts them (an underscore and the number before the extension, the
+// stem cut so that stem and number keep within eight characters). Null when none is free
+// or the file cannot be created; `name` then holds the last name tried.
+FilePtr create_version(const std::string& plot_file, std::string& name) {
+  const std::size_t slash = plot_file.find_last_of("/\\");
+  const std::size_t dot = plot_file.rfind('.');
+  const std::size_t ext_at = dot != std::string::npos && (slash == std::string::npos || dot > slash)
+                                 ? dot
+                                 : plot_file.size();
+  const std::size_t dir_len = slash == std::string::npos ? 0 : slash + 1;
+  const std::string base = plot_file.substr(dir_len, ext_at - dir_len);
+  for (int v = 1; v <= kMaxVersion; ++v) {
+    std::string suffix = "_";
+    append_int(suffix, v);
+    std::string stem = base;
+    if (stem.size() + suffix.size() > kVersionNameLength) {
+      const std::size_t keep =
+          suffix.size() < kVersionNameLength ? kVersionNameLength - suffix.size() : 1;
+      stem.resize(std::max<std::size_t>(1, std::min(stem.size(), keep)));
+    }
+    name = plot_file.substr(0, dir_len) + stem + suffix + plot_file.substr(ext_at);
+    // "x": created only when no such file exists, so that two plots never share one.
+    if (FilePtr f{std::fopen(name.c_str(), "wx")}) {
+      return f;
+    }
+    struct stat st {};
+    if (::stat(name.c_str(), &st) != 0) {
+      return nullptr;  // not taken, yet not creatable: no later version would be either
+    }
+  }
+  return nullptr;
+}
+
+// The driver
+// ==========
+
+class SvgDriver final : public Driver {
+ public:
+  bool open(Sink* out, const DriverSetup& setup) override;
+  void point(double x, double y, Pen pen) override;
+  void colour(Rgb rgb, int value) override;
+  void pen_width(const LineWidth& w) override;
+  void line_cap(int cap) override;
+  void line_join(int join, double miter_limit) override;
+  void fill(const Path& path, Rgb rgb) override;
+  void text(const TextRun& run) override;
+  void image(const Image& img) override;
+  void new_page() override;
+  bool close() override;
+  bool failed() const override { return failed_ || (out_ && out_->failed()); }
+  unsigned caps() const override {
+    return kCapFill | kCapText | kCapWidths | kCapImages | kCapAlpha;
+  }
+
+ private:
+  void write_header();
+  void draw(double x, double y);
+  void move(double x, double y);
+  void write_polyline();
+  void end_polyline();
+  void open_line_group();
+  void open_text_group(const FontStyle& font, int size);
+  void close_group();
+  void finish_document();
+  void write_text(const TextRun& run, int size);  // into glyphs_
+
+  std::unique_ptr<TextWriter> out_;
+  bool failed_ = false;  // a write failed on an earlier page
+  bool closed_ = false;
+
+  // Set at open.
+  double scale_ = 1.0;  // pixels per plot unit
+  double width_ = 0.0;  // the page in pixels
+  double height_ = 0.0;
+  bool background_ = false;  // pages are filled with black (screen mode not reversed)
+  DateTime stamp_{};
+
+  // Pages after the first go to files of their own, which the driver creates and closes.
+  std::string plot_file_;  // the plot file's name; empty when it cannot be versioned
+  FilePtr page_file_;
+  std::unique_ptr<FileSink> page_sink_;
+
+  // The open polyline: element 0 is its start. Written when full, on a move, and before
+  // every attribute change.
+  std::array<double, kPolylineCapacity> xs_{};
+  std::array<double, kPolylineCapacity> ys_{};
+  int count_ = 0;
+  // Last point of a polyline ended by an attribute change: a draw that follows without a
+  // move continues from here.
+  double end_x_ = 0.0;
+  double end_y_ = 0.0;
+  // The text of one polyline, written in one piece; numbers are formatted in place, with
+  // the room that put_coordinate needs after the last.
+  std::array<char, kPolylineCapacity * kPointChars + kNumberBuffer> line_{};
+
+  Group group_ = Group::None;
+  Rgb colour_{};
+  double stroke_width_ = kThinnestLine;
+  int cap_ = 2;
+  int join_ = 2;
+  double miter_limit_ = 10.0;
+  // The open text group's face and font size.
+  std::string text_face_;
+  int text_size_ = 0;
+  std::string scratch_;  // element text, reused
+  std::string glyphs_;   // the text elements of a run
+};
+
+// Opening
+// =======
+
+bool SvgDriver::open(Sink* out, const DriverSetup& setup) {
+  out_ = std::make_unique<TextWriter>(out, 0);
+  scale_ = setup.scale > 0.0 && std::isfinite(setup.scale) ? setup.scale : 1.0;
+  width_ = setup.device_width > 0.0 ? std::min(setup.device_width, kCoordinateLimit) : 0.0;
+  height_ = setup.device_height > 0.0 ? std::min(setup.device_height, kCoordinateLimit) : 0.0;
+  background_ = !setup.reversed;
+  stamp_ = setup.stamp;
+  cap_ = std::clamp(setup.line_cap, 0, 2);
+  const std::string name(setup.file_name);
+  if (out != nullptr && is_regular_file(name)) {
+    plot_file_ = name;
+  }
+  write_header();
+  return !out_->failed();
+}
+
+void SvgDriver::write_header() {
+  std::string& s = scratch_;
+  s = "<?xml version=\"1.0\" encoding=\"ISO-8859-1\" standalone=\"no\"?>\n";
+  s += "<!DOCTYPE svg PUBLIC \"-//W3C//DTD SVG 20010904//EN\"\n";
+  s += "  \"http://www.w3.org/TR/2001/REC-SVG-20010904/DTD/svg10.dtd\">\n";
+  s += "<!-- Zorvel, a scientific plotting library: ";
+  s += kHomePage;
+  s += "\nVersion: ";
+  append_fixed(s, kVersion, 1, 4);
+  s += "\nDate   : ";
+  s += stamp_.date;
+  s += ' ';
+  s += stamp_.time;
+  const auto width = static_cast<long long>(std::floor(width_ + 1.5));
+  const auto height = static_cast<long long>(std::floor(height_ + 1.5));
+  s += "\n-->\n<svg width=\"";
+  append_int(s, width);
+  s += "\" height=\"";
+  append_int(s, height);
+  s += "\"\nxmlns=\"http://www.w3.org/2000/svg\"\n";
+  s += "xmlns:xlink=\"http://www.w3.org/1999/xlink\">\n\n";
+  if (background_) {
+    // Not reversed, the colour table draws light on a dark page, as on a screen: the
+    // whole picture is dark.
+    s += "<rect x=\"0.00\" y=\"0.00\" width=\"";
+    append_coordinate(s, static_cast<double>(width));
+    s += "\" height=\"";
+    append_coordinate(s, static_cast<double>(height));
+    s += "\"\nfill=\"#000000\" stroke=\"none\"/>\n";
+  }
+  out_->raw(s);
+}
+
+// Polylines
+// =========
+
+void SvgDriver::point(double x, double y, Pen pen) {
+  switch (pen) {
+    case Pen::Draw:
+      draw(x, y);
+      break;
+    case Pen::Move:
+      move(x, y);
+      break;
+    case Pen::End:
+    case Pen::Close:
+      end_polyline();
+      break;
+    default:
+      break;  // widths come through pen_width
+  }
+}
+
+void SvgDriver::move(double x, double y) {
+  write_polyline();
+  xs_[0] = x;
+  ys_[0] = y;
+  count_ = 1;
+}
+
+// Every point is kept, repeated ones too: the file holds what the program drew.
+void SvgDriver::draw(double x, double y) {
+  if (count_ == 0) {
+    xs_[0] = end_x_;
+    ys_[0] = end_y_;
+    count_ = 1;
+  }
+  xs_[count_] = x;
+  ys_[count_] = y;
+  if (++count_ == kPolylineCapacity) {
+    write_polyline();
+    xs_[0] = xs_[kPolylineCapacity - 1];
+    ys_[0] = ys_[kPolylineCapacity - 1];
+    count_ = 1;
+  }
+}
+
+// Writes the open polyline and keeps it open: two points as a line element, more as a
+// polyline of five points a line. A lone point draws nothing and is not written.
+void SvgDriver::write_polyline() {
+  if (count_ < 2) {
+    return;
+  }
+  if (group_ != Group::Line) {
+    open_line_group();
+  }
+  char* const begin = line_.data();
+  char* p = begin;
+  if (count_ == 2) {
+    static constexpr std::string_view kParts[] = {"<line x1=\"", "\" y1=\"", "\" x2=\"",
+                                                  "\" y2=\""};
+    const double values[] = {xs_[0], ys_[0], xs_[1], ys_[1]};
+    for (int i = 0; i < 4; ++i) {
+      p = std::copy(kParts[i].begin(), kParts[i].end(), p);
+      p = put_coordinate(p, values[i]);
+    }
+    p = std::copy_n("\"/>\n", 4, p);
+    out_->raw({begin, static_cast<std::size_t>(p - begin)});
+    return;
+  }
+  out_->raw("<polyline points=\"\n");
+  for (int i = 0; i < count_; ++i) {
+    *p++ = ' ';
+    p = put_coordinate(p, xs_[i]);
+    *p++ = ',';
+    *p++ = ' ';
+    p = put_coordinate(p, ys_[i]);
+    if ((i + 1) % kPointsPerLine == 0 && i + 1 < count_) {
+      *p++ = '\n';
+    }
+  }
+  p = std::copy_n("\"/>\n", 4, p);
+  out_->raw({begin, static_cast<std::size_t>(p - begin)});
+}
+
+void SvgDriver::end_polyline() {
+  write_polyline();
+  if (count_ > 0) {
+    end_x_ = xs_[count_ - 1];
+    end_y_ = ys_[count_ - 1];
+  }
+  count_ = 0;
+}
+
+// Groups
+// ======
+
+void SvgDriver::open_line_group() {
+  static constexpr std::string_view kCaps[] = {"butt", "round", "square"};
+  static constexpr std::string_view kJoins[] = {"miter", "round", "bevel"};
+  close_group();
+  std::string& s = scratch_;
+  s = "<g fill=\"none\" stroke=\"";
+  append_hex_colour(s, colour_);
+  s += '"';
+  append_opacity(s, "stroke-opacity", colour_.a);
+  s += " stroke-linecap=\"";
+  s += kCaps[cap_];
+  s += "\" stroke-linejoin=\"";
+  s += kJoins[join_];
+  s += '"';
+  if (join_ == 0) {
+    s += " stroke-miterlimit=\"";
+    append_fixed(s, miter_limit_, 2);
+    s += '"';
+  }
+  s += " stroke-width=\"";
+  append_fixed(s, stroke_width_, 3);
+  s += "\">\n";
+  out_->raw(s);
+  group_ = Group::Line;
+}
+
+// Characters are placed by their centres on the base line: every text element is
+// anchored in its middle.
+void SvgDriver::open_text_group(const FontStyle& font, int size) {
+  close_group();
+  std::string& s = scratch_;
+  s = "<g font-family=\"";
+  s += font.family;
+  s += "\" font-weight=\"";
+  s += font.weight;
+  s += "\" font-style=\"";
+  s += font.style;
+  s += "\"\nfont-size=\"";
+  append_int(s, size);
+  s += "\" text-anchor=\"middle\" stroke=\"none\" fill=\"";
+  append_hex_colour(s, colour_);
+  s += '"';
+  append_opacity(s, "fill-opacity", colour_.a);
+  s += ">\n";
+  out_->raw(s);
+  group_ = Group::Text;
+  text_size_ = size;
+}
+
+void SvgDriver::close_group() {
+  if (group_ != Group::None) {
+    out_->raw("</g>\n");
+    group_ = Group::None;
+  }
+}
+
+// Attributes
+// ==========
+
+void SvgDriver::colour(Rgb rgb, int /*value*/) {
+  end_polyline();
+  close_group();
+  colour_ = clamped(rgb);
+}
+
+// Widths in plot units become pixels at the device scale; nothing is thinner than one
+// pixel, the width without hardware widths.
+void SvgDriver::pen_width(const LineWidth& w) {
+  end_polyline();
+  close_group();
+  const double px = w.hardware ? std::max(w.n * scale_, kThinnestLine) : kThinnestLine;
+  const double width = px * w.width_scale;
+  stroke_width_ = width > 0.0 && width < kCoordinateLimit ? width : kThinnestLine;
+}
+
+void SvgDriver::line_cap(int cap) {
+  end_polyline();
+  close_group();
+  cap_ = std::clamp(cap, 0, 2);
+}
+
+void SvgDriver::line_join(int join, double miter_limit) {
+  end_polyline();
+  close_group();
+  join_ = std::clamp(join, 0, 2);
+  // SVG ignores limits below 1.
+  miter_limit_ = miter_limit >= 1.0 && miter_limit <= 1e6 ? miter_limit : 10.0;
+}
+
+// Fills
+// =====
+
+// An axis-parallel rectangle becomes a rect element, anything else a path of all
+// contours with the fill rule. Both carry their own colour: the current colour stays.
+void SvgDriver::fill(const Path& path, Rgb rgb) {
+  const std::size_t n = std::min(path.xs.size(), path.ys.size());
+  if (n < 3 || path.ends.empty()) {
+    return;
+  }
+  end_polyline();
+  if (group_ != Group::Fill) {
+    close_group();
+    out_->raw("<g stroke=\"none\">\n");
+    group_ = Group::Fill;
+  }
+  const Rgb c = clamped(rgb);
+  const std::span<const double> xs = path.xs;
+  const std::span<const double> ys = path.ys;
+  std::string& s = scratch_;
+  if (n == 4 && path.ends.size() == 1 &&
+      ((xs[1] == xs[0] && ys[1] == ys[2] && xs[3] == xs[2] && ys[3] == ys[0]) ||
+       (ys[1] == ys[0] && xs[1] == xs[2] && ys[3] == ys[2] && xs[3] == xs[0]))) {
+    s = "<rect x=\"";
+    append_coordinate(s, std::min(xs[0], xs[2]));
+    s += "\" y=\"";
+    append_coordinate(s, std::min(ys[0], ys[2]));
+    s += "\" width=\"";
+    append_coordinate(s, std::fabs(xs[2] - xs[0]));
+    s += "\" height=\"";
+    append_coordinate(s, std::fabs(ys[2] - ys[0]));
+    s += "\"\nfill=\"";
+    append_hex_colour(s, c);
+    s += "\" stroke=\"none\"";
+    append_opacity(s, "fill-opacity", c.a);
+    s += "/>\n";
+    out_->raw(s);
+    return;
+  }
+  s = "<path fill=\"";
+  append_hex_colour(s, c);
+  s += "\" stroke=\"none\"";
+  append_opacity(s, "fill-opacity", c.a);
+  s += path.rule == FillRule::EvenOdd ? " fill-rule=\"evenodd\"" : " fill-rule=\"nonzero\"";
+  s += " d=\"";
+  std::size_t start = 0;
+  int on_line = 0;
+  for (int end_index : path.ends) {
+    const std::size_t end = std::min(n, static_cast<std::size_t>(std::max(end_index, 0)));
+    for (std::size_t i = start; i < end; ++i) {
+      if (on_line == kPointsPerLine) {
+        s += '\n';
+        on_line = 0;
+      } else if (i > start || start > 0) {
+        s += ' ';
+      }
+      s += i == start ? "M " : i == start + 1 ? "L " : "";
+      append_coordinate(s, xs[i]);
+      s += ',';
+      append_coordinate(s, ys[i]);
+      ++on_line;
+    }
+    if (end > start) {
+      s += " Z";
+    }
+    start = std::max(start, end);
+    if (s.size() >= TextWriter::kBlock) {
+      out_->raw(s);
+      s.clear();
+    }
+  }
+  s += "\"/>\n";
+  out_->raw(s);
+}
+
+// Text
+// ====
+
+// One text element per character at its place, in a text group of the run's face and
+// size (rounded to whole pixels) and the current colour.
+void SvgDriver::text(const TextRun& run) {
+  if (run.glyphs.empty() || run.face.empty() || run.face.size() > 64 ||
+      !(run.size > 0.0 && run.size < kCoordinateLimit)) {
+    return;
+  }
+  end_polyline();
+  const int size = std::max(1, static_cast<int>(std::lround(run.size)));
+  write_text(run, size);
+  if (glyphs_.empty()) {
+    return;  // blanks only
+  }
+  if (group_ != Group::Text || run.face != text_face_ || size != text_size_) {
+    open_text_group(font_style(run.face), size);
+    text_face_ = run.face;
+  }
+  out_->raw(glyphs_);
+}
+
+// Characters on a turned base line carry the turn as a transform about their place,
+// not in the rotate attribute: librsvg (rsvg-convert, GNOME) and resvg ignore that
+// attribute, and it would turn each character about its origin, which the middle anchor
+// has moved half an advance along the page's x axis rather than along the base line. A
+// transform turns the anchoring with the character, so that every viewer centres it on
+// its place.
+//
+// Stretched characters (chawth) are widened along their base line by a transform too,
+// but placed by their start, half the face's advance before the centre: librsvg moves a
+// middle-anchored character by half its unstretched advance after the transform, which
+// leaves stretched characters off centre.
+void SvgDriver::write_text(const TextRun& run, int size) {
+  std::string& s = glyphs_;
+  s.clear();
+  double angle = std::fmod(run.angle, 360.0);
+  if (!(angle == angle)) {
+    angle = 0.0;
+  }
+  const double stretch = run.stretch > 0.0 && run.stretch < 2.0 ? run.stretch : 1.0;
+  const bool turned = std::fabs(angle) >= 0.005;  // not written as 0 by append_angle
+  const double a = angle * (3.14159265358979323846 / 180.0);
+  const double cs = std::cos(a);
+  const double sn = std::sin(a);
+  for (const GlyphPlace& glyph : run.glyphs) {
+    if (glyph.unicode == ' ' || glyph.unicode == 0) {
+      continue;  // blanks only move the next character, which has its own place
+    }
+    const std::size_t mark = s.size();
+    if (stretch != 1.0) {
+      // In the character's own frame (origin at its place, x along the base line) the
+      // matrix R(a) S(stretch, 1) and the move to the place.
+      const int advance = advance_of(run.face, glyph.code);
+      s += "<text x=\"";
+      append_coordinate(s, -0.5e-3 * advance * size);
+      s += advance > 0 ? "\" y=\"0.00\" text-anchor=\"start\"" : "\" y=\"0.00\"";
+      s += " transform=\"matrix(";
+      for (double v : {stretch * cs, stretch * sn, -sn, cs}) {
+        append_fixed(s, v, 4);
+        s += ' ';
+      }
+      append_coordinate(s, glyph.x);
+      s += ' ';
+      append_coordinate(s, glyph.y);
+      s += ")\">";
+    } else {
+      s += "<text x=\"";
+      append_coordinate(s, glyph.x);
+      s += "\" y=\"";
+      append_coordinate(s, glyph.y);
+      if (turned) {
+        s += "\" transform=\"rotate(";
+        append_angle(s, angle);
+        s += ' ';
+        append_coordinate(s, glyph.x);
+        s += ' ';
+        append_coordinate(s, glyph.y);
+        s += ")\">";
+      } else {
+        s += "\" rotate=\"0\">";
+      }
+    }
+    const std::size_t before = s.size();
+    append_character(s, glyph.unicode);
+    if (s.size() == before) {
+      s.resize(mark);  // nothing XML can hold
+      continue;
+    }
+    s += "</text>\n";
+  }
+}
+
+// Images
+// ======
+
+// The pixels as an embedded PNG, stretched over the device rectangle; a rectangle whose
+// corners lie the other way round mirrors it.
+void SvgDriver::image(const Image& img) {
+  if (img.pixels == nullptr || img.width <= 0 || img.height <= 0 ||
+      (img.channels != 3 && img.channels != 4) ||
+      img.stride < static_cast<std::size_t>(img.width) * static_cast<std::size_t>(img.channels)) {
+    return;
+  }
+  end_polyline();
+  close_group();
+  std::vector<std::uint8_t> png;
+  std::string data;
+  try {
+    png = encode_png(img);
+    data = base64_lines(png);
+  } catch (const std::bad_alloc&) {
+    png.clear();
+  }
+  if (png.empty()) {
+    failed_ = true;  // no memory: reported like a failed write
+    return;
+  }
+  std::string& s = scratch_;
+  s = "<image x=\"0.00\" y=\"0.00\" width=\"";
+  append_coordinate(s, img.width);
+  s += "\" height=\"";
+  append_coordinate(s, img.height);
+  s += "\" preserveAspectRatio=\"none\" image-rendering=\"optimizeSpeed\"\ntransform=\"matrix(";
+  append_fixed(s, (img.x1 - img.x0) / img.width, 6);
+  s += " 0 0 ";
+  append_fixed(s, (img.y1 - img.y0) / img.height, 6);
+  s += ' ';
+  append_coordinate(s, img.x0);
+  s += ' ';
+  append_coordinate(s, img.y0);
+  s += ")\"\nxlink:href=\"data:image/png;base64,\n";
+  out_->raw(s);
+  out_->raw(data);
+  out_->raw("\"/>\n");
+}
+
+// Pages
+// =====
+
+void SvgDriver::finish_document() {
+  end_polyline();
+  close_group();
+  out_->raw("</svg>\n");
+}
+
+// The finished page is complete in its file; the next page starts a new file with the
+// same header. The current attributes need no restating: every group states them.
+void SvgDriver::new_page() {
+  if (plot_file_.empty()) {
+    end_polyline();  // no file of its own for the page: it draws over this one
+    return;
+  }
+  finish_document();
+  if (!out_->finish()) {
+    failed_ = true;
+  }
+  if (page_file_ && std::fclose(page_file_.release()) != 0) {
+    failed_ = true;
+  }
+  page_sink_.reset();
+  std::string name;
+  page_file_ = create_version(plot_file_, name);
+  if (!page_file_) {
+    failed_ = true;  // later pages are drawn into nothing
+  }
+  page_sink_ = std::make_unique<FileSink>(page_file_.get());
+  out_ = std::make_unique<TextWriter>(page_file_ ? page_sink_.get() : nullptr, 0);
+  write_header();
+}
+
+bool SvgDriver::close() {
+  if (closed_) {
+    return !failed();
+  }
+  closed_ = true;
+  finish_document();
+  if (!out_->finish()) {
+    failed_ = true;
+  }
+  if (page_file_ && std::fclose(page_file_.release()) != 0) {
+    failed_ = true;
+  }
+  return !failed();
+}
+
+}  // namespace
+
+std::unique_ptr<Driver> make_svg_driver() { return std::make_unique<SvgDriver>(); }
+
+}  // namespace zorvel
