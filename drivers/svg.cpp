@@ -52,6 +52,8 @@ namespace {
 
 // Points held before a polyline is written (it then continues from its last point).
 constexpr int kPolylineCapacity = 100;
+// Half the length of the line that stands for a dot, in plot units, as in PDF.
+constexpr double kDotHalf = 1.0;
 // A polyline's points are written five to a line.
 constexpr int kPointsPerLine = 5;
 // Coordinates are clamped to this magnitude (pixels) before they are written: far outside
@@ -579,8 +581,9 @@ void SvgDriver::draw(double x, double y) {
   }
 }
 
-// Writes the open polyline and keeps it open: two points as a line element, more as a
-// polyline of five points a line. A lone point draws nothing and is not written.
+// Writes the open polyline and keeps it open: two points as a line element (two equal
+// ones as a dot), more as a polyline of five points a line. A lone point draws nothing
+// and is not written.
 void SvgDriver::write_polyline() {
   if (count_ < 2) {
     return;
@@ -593,7 +596,13 @@ void SvgDriver::write_polyline() {
   if (count_ == 2) {
     static constexpr std::string_view kParts[] = {"<line x1=\"", "\" y1=\"", "\" x2=\"",
                                                   "\" y2=\""};
-    const double values[] = {xs_[0], ys_[0], xs_[1], ys_[1]};
+    double values[] = {xs_[0], ys_[0], xs_[1], ys_[1]};
+    if (values[0] == values[2] && values[1] == values[3]) {
+      // A zero-length line is a dot: a short horizontal line, so that every renderer
+      // draws its stroke (some leave zero-length lines out).
+      values[0] -= kDotHalf * scale_;
+      values[2] += kDotHalf * scale_;
+    }
     for (int i = 0; i < 4; ++i) {
       p = std::copy(kParts[i].begin(), kParts[i].end(), p);
       p = put_coordinate(p, values[i]);
