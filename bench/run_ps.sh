@@ -41,7 +41,7 @@ measure() {
 size() { [ -f "$work/out.$1" ] && stat -c %s "$work/out.$1" || echo 0; }
 
 declare -A wall cpu
-for mode in data plain distinct api curve; do
+for mode in data plain distinct api curve svg_plain svg curve_svg curve_pdf; do
   read -r wall[$mode] cpu[$mode] < <(measure "$mode") || { echo "benchmark run failed"; exit 1; }
 done
 echo "PostScript polyline of $n points (W1), medians of $runs runs: wall s, cpu s"
@@ -54,6 +54,11 @@ printf '  %-9s %8s %8s  %s (%s bytes)\n' api "${wall[api]}" "${cpu[api]}" \
   "metafl, zorini, strtpt/connpt per point, zorfin" "$(size api)"
 printf '  %-9s %8s %8s  %s (%s bytes)\n' curve "${wall[curve]}" "${cpu[curve]}" \
   "an axis system with title and names, one curve call" "$(size curve)"
+for mode in svg_plain svg curve_svg curve_pdf; do
+  printf '  %-9s %8s %8s  (%s bytes)\n' "$mode" "${wall[$mode]}" "${cpu[$mode]}" "$(size "$mode")"
+done
+awk -v sw="${wall[svg]}" -v spw="${wall[svg_plain]}" -v sc="${cpu[svg]}" -v spc="${cpu[svg_plain]}" \
+  'BEGIN { printf "  svg / svg_plain = %.2f wall, %.2f cpu (target: at most 1.3)\n", sw / spw, sc / spc }'
 awk -v aw="${wall[api]}" -v pw="${wall[plain]}" -v ac="${cpu[api]}" -v pc="${cpu[plain]}" \
     -v dc="${cpu[distinct]}" 'BEGIN {
   printf "  api / plain = %.2f wall, %.2f cpu (target: at most 2)\n", aw / pw, ac / pc
@@ -73,10 +78,10 @@ if [ -f "$peer_src" ] && pkg-config --exists plplot 2> /dev/null &&
    gcc -O2 -I"$(dirname "$peer_src")/.." -o "$work/zb_plplot" "$peer_src" \
        $(pkg-config --cflags --libs plplot) -lm 2> /dev/null; then
   log=$work/times.plplot
-  (cd "$work" && ./zb_plplot W1 ps pl "$n" > /dev/null 2>&1)
+  (cd "$work" && ./zb_plplot w1 ps pl "$n" > /dev/null 2>&1)
   : > "$log"
   for _ in $(seq "$runs"); do
-    { time (cd "$work" && ./zb_plplot W1 ps pl "$n" > /dev/null 2>&1); } 2>> "$log"
+    { time (cd "$work" && ./zb_plplot w1 ps pl "$n" > /dev/null 2>&1); } 2>> "$log"
   done
   m=$(((runs + 1) / 2))
   pw=$(awk '{ printf "%.4f\n", $1 }' "$log" | sort -n | sed -n "${m}p")
@@ -85,6 +90,21 @@ if [ -f "$peer_src" ] && pkg-config --exists plplot 2> /dev/null &&
   printf '  %-9s %8s %8s  %s (%s bytes)\n' plplot "$pw" "$pc" "the PLplot peer, same run" "$pbytes"
   awk -v cw="${wall[curve]}" -v cc="${cpu[curve]}" -v pw="$pw" -v pc="$pc" 'BEGIN {
     printf "  curve / plplot = %.2f wall, %.2f cpu\n", cw / pw, cc / pc }'
+  # The same peer writing SVG and PDF (its cairo PDF driver), where it has them.
+  for fmt in svg pdf; do
+    log=$work/times.plplot_$fmt
+    (cd "$work" && ./zb_plplot w1 "$fmt" pl_$fmt "$n" > /dev/null 2>&1) || continue
+    : > "$log"
+    for _ in $(seq "$runs"); do
+      { time (cd "$work" && ./zb_plplot w1 "$fmt" pl_$fmt "$n" > /dev/null 2>&1); } 2>> "$log"
+    done
+    fw=$(awk '{ printf "%.4f\n", $1 }' "$log" | sort -n | sed -n "${m}p")
+    fc=$(awk '{ printf "%.4f\n", $2 + $3 }' "$log" | sort -n | sed -n "${m}p")
+    ours=curve_$fmt
+    printf '  %-9s %8s %8s  the PLplot peer, %s (%s bytes); curve_%s / it = %.2f cpu\n' \
+      "plplot" "$fw" "$fc" "$fmt" "$(cat "$work"/pl_"$fmt"* 2> /dev/null | wc -c)" "$fmt" \
+      "$(awk -v a="${cpu[$ours]}" -v b="$fc" 'BEGIN { print a / b }')"
+  done
 fi
 
 if [ -n "$id" ] && [ -f "$peers" ]; then
