@@ -5,12 +5,32 @@
 # report, an input running over 10 s, or a file that its reader rejects. Crashing inputs
 # are left in build-fuzz/artifacts/.
 # Usage: tools/fuzz.sh [SECONDS]   (default 150 s of fuzzing; 0: replay and check only)
-#        Further libFuzzer options in ZORVEL_FUZZ_ARGS (e.g. "-jobs=1 -seed=7").
+#        tools/fuzz.sh --coverage    line coverage of the library by both corpora
+#                                    (build-fuzz/corpus and fuzz/corpus), in build-fuzz-cov/
+#        Further libFuzzer options in ZORVEL_FUZZ_ARGS (e.g. "-seed=7").
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 seconds=${1:-150}
 build=$root/build-fuzz
 "$root/tools/deps.sh" clang libclang-rt-dev python3 ghostscript libxml2-utils qpdf pngcheck hp2xx
+
+if [ "$seconds" = "--coverage" ]; then
+  cov=$root/build-fuzz-cov
+  cmake -S "$root" -B "$cov" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DZORVEL_FUZZ=ON \
+        -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_C_COMPILER=clang \
+        -DCMAKE_CXX_FLAGS="-fprofile-instr-generate -fcoverage-mapping" \
+        -DCMAKE_EXE_LINKER_FLAGS="-fprofile-instr-generate" \
+        -DZORVEL_BUILD_TESTS=OFF -DZORVEL_BUILD_EXAMPLES=OFF -DZORVEL_BUILD_BENCH=OFF > /dev/null
+  cmake --build "$cov" --target zorvel_fuzz -j2
+  rm -f "$cov"/*.profraw
+  mkdir -p "$build/corpus"
+  (cd "$cov" && LLVM_PROFILE_FILE="$cov/fuzz.profraw" ASAN_OPTIONS=detect_leaks=0 \
+     fuzz/zorvel_fuzz -runs=0 "$build/corpus" "$root/fuzz/corpus" 2> "$cov/replay.log")
+  llvm-profdata merge -o "$cov/fuzz.profdata" "$cov/fuzz.profraw"
+  llvm-cov report "$cov/fuzz/zorvel_fuzz" -instr-profile="$cov/fuzz.profdata" \
+    -ignore-filename-regex="^$root/(fuzz/|build)|font_data_" | tail -n 1
+  exit 0
+fi
 
 echo "== Fuzzer build (clang, libFuzzer + ASan + UBSan)"
 cmake -S "$root" -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DZORVEL_FUZZ=ON \
@@ -35,7 +55,7 @@ if [ "$seconds" -gt 0 ]; then
     echo "FAIL: the fuzzer found a fault; the input is in $build/artifacts/"
     exit 1
   }
-  grep -E "^(#[0-9]+ +DONE|stat::)" "$build/fuzz.log" || true
+  grep -E "^(#[0-9]+[[:space:]]+DONE|stat::)" "$build/fuzz.log" || true
 fi
 
 echo "== Replay with the plot files kept, and their readers"
