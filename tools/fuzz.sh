@@ -42,7 +42,7 @@ mkdir -p "$build/corpus" "$build/artifacts"
 export ASAN_OPTIONS=detect_leaks=1:abort_on_error=1
 export UBSAN_OPTIONS=print_stacktrace=1
 # libFuzzer options shared by the run and the replay. The timeout leaves room for slow
-# but finite inputs: the widest lines are hundreds of parallel strokes on devices
+# but finite inputs: the widest lines are thousands of parallel strokes on devices
 # without line widths, seconds under the sanitizers on a busy machine.
 opts=(-timeout=25 -rss_limit_mb=2048 -artifact_prefix="$build/artifacts/")
 
