@@ -2,7 +2,7 @@
 # Builds the fuzzer in build-fuzz/, runs it for a bounded time, then replays everything
 # it found (and the committed seeds) with the plot files kept, and hands every finished
 # file to its real reader (tools/fuzz_consumers.py). Fails on a crash, a sanitizer
-# report, an input running over 25 s, or a file that its reader rejects. Crashing inputs
+# report, an input running over 60 s, or a file that its reader rejects. Crashing inputs
 # are left in build-fuzz/artifacts/.
 # Usage: tools/fuzz.sh [SECONDS]   (default 150 s of fuzzing; 0: replay and check only)
 #        tools/fuzz.sh --coverage    line coverage of the library by both corpora
@@ -42,9 +42,10 @@ mkdir -p "$build/corpus" "$build/artifacts"
 export ASAN_OPTIONS=detect_leaks=1:abort_on_error=1
 export UBSAN_OPTIONS=print_stacktrace=1
 # libFuzzer options shared by the run and the replay. The timeout leaves room for slow
-# but finite inputs: the widest lines are thousands of parallel strokes on devices
-# without line widths, seconds under the sanitizers on a busy machine.
-opts=(-timeout=25 -rss_limit_mb=2048 -artifact_prefix="$build/artifacts/")
+# but finite inputs: hundreds of characters a metre high, each line drawn as 100
+# parallel strokes on a device without line widths and not clipped (noclip), are a
+# gigabyte of metafile and seconds under the sanitizers.
+opts=(-timeout=60 -rss_limit_mb=2048 -artifact_prefix="$build/artifacts/")
 
 if [ "$seconds" -gt 0 ]; then
   echo "== Fuzzing for $seconds s"
