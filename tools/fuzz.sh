@@ -39,6 +39,9 @@ cmake -S "$root" -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DZORVEL_FUZZ=ON 
 cmake --build "$build" --target zorvel_fuzz -j2
 fuzzer=$build/fuzz/zorvel_fuzz
 mkdir -p "$build/corpus" "$build/artifacts"
+# The fuzzer's temporary folders: what an input killed by a timeout leaves goes too.
+rm -rf "$build/tmp" && mkdir -p "$build/tmp"
+export TMPDIR=$build/tmp
 export ASAN_OPTIONS=detect_leaks=1:abort_on_error=1
 export UBSAN_OPTIONS=print_stacktrace=1
 # libFuzzer options shared by the run and the replay. The timeout leaves room for slow
