@@ -34,8 +34,8 @@ double page_y(const GlobalBlock& g, double y) {
   return g.page.origin_bottom ? static_cast<double>(static_cast<int>(g.page.height)) - y : y;
 }
 
-int page_y(const GlobalBlock& g, int y) {
-  return g.page.origin_bottom ? static_cast<int>(g.page.height) - y : y;
+long long page_y(const GlobalBlock& g, int y) {
+  return g.page.origin_bottom ? static_cast<long long>(static_cast<int>(g.page.height)) - y : y;
 }
 
 namespace {

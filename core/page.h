@@ -28,8 +28,9 @@ struct PageState {
 };
 
 // Vertical conversion of a user-given plot y coordinate into a page position:
-// unchanged normally, (page height as an integer) - y with the origin at the bottom.
+// unchanged normally, (page height as an integer) - y with the origin at the bottom
+// (in long long for int coordinates: any int y stays exact).
 double page_y(const GlobalBlock& g, double y);
-int page_y(const GlobalBlock& g, int y);
+long long page_y(const GlobalBlock& g, int y);
 
 }  // namespace zorvel

@@ -5,7 +5,8 @@
 // instructions, each ended by ";", in lines of at most 80 characters (line ends between
 // instructions are ignored by plotters):
 //   IN;            initialise the plotter (opening)
-//   SP<n>;         select pen n: the colour's table index
+//   SP<n>;         select pen n: the colour's table index; a plotter holds pens 1 to 8
+//                  (0 puts the pen away), so the indices beyond are its pens again
 //   PU<x>,<y>;     pen up, move to (x, y)
 //   PD<x>,<y>;     pen down, draw to (x, y)
 //   PU0,0;         park the pen (closing)
@@ -43,11 +44,16 @@ class HpglDriver final : public Driver {
   }
 
   void colour(Rgb /*rgb*/, int value) override {
+    constexpr int kPens = 8;
+    int pen = value & 0xff;
+    if (pen > kPens) {
+      pen = (pen - 1) % kPens + 1;
+    }
     char buf[kNumberBuffer + 4];
     char* p = buf;
     *p++ = 'S';
     *p++ = 'P';
-    p = format_int(p, value & 0xff);
+    p = format_int(p, pen);
     *p++ = ';';
     out_->word({buf, static_cast<std::size_t>(p - buf)});
   }

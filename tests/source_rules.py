@@ -28,7 +28,7 @@ import os
 import re
 import sys
 
-NOT_LIBRARY = {"tests", "tools", "examples", "bench", "cmake", "include", "doc", "docs"}
+NOT_LIBRARY = {"tests", "tools", "examples", "bench", "cmake", "include", "doc", "docs", "fuzz"}
 REGISTRY = "drivers/registry.cpp"
 REGISTRY_FILES = {"drivers/registry.cpp", "drivers/registry.h"}
 GLOBAL_BLOCK = "core/global_block.h"

@@ -25,7 +25,7 @@ void draw_at(GlobalBlock& g, std::string_view s, int nx, int ny) {
   if (nx == kContinue && ny == kContinue) {
     draw_string_continued(g, s);
   } else {
-    draw_string(g, s, nx, page_y(g, ny));
+    draw_string(g, s, nx, static_cast<double>(page_y(g, ny)));
   }
 }
 
@@ -53,7 +53,7 @@ void number(GlobalBlock& g, double x, int ndig, int nx, int ny) {
     draw_string_continued(g, std::string_view(text, static_cast<std::size_t>(n)));
     return;
   }
-  draw_number(g, x, ndig, nx, page_y(g, ny));
+  draw_number(g, x, ndig, nx, static_cast<double>(page_y(g, ny)));
 }
 
 void height(GlobalBlock& g, int n) { set_height(g, n); }

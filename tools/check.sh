@@ -1,10 +1,11 @@
 #!/usr/bin/env bash
 # Builds Zorvel and runs every test: the normal build (g++), its examples and end-to-end
 # programs under Valgrind (tools/valgrind.sh), then the whole suite once more under
-# AddressSanitizer and UndefinedBehaviorSanitizer (clang). Warnings are errors in both
-# builds. Installs missing Debian packages first. The normal build is build/, configured
-# by tools/configure.sh as for tools/gallery.sh.
-# Usage: tools/check.sh [--quick]    (--quick: skip Valgrind and the sanitizer build)
+# AddressSanitizer and UndefinedBehaviorSanitizer (clang), then a bounded run of the
+# fuzzer whose files go to their readers (tools/fuzz.sh, a few minutes). Warnings are
+# errors in every build. Installs missing Debian packages first. The normal build is
+# build/, configured by tools/configure.sh as for tools/gallery.sh.
+# Usage: tools/check.sh [--quick]    (--quick: skip Valgrind, the sanitizer build and the fuzzer)
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 jobs=$(nproc 2>/dev/null || echo 2)
@@ -26,3 +27,6 @@ cmake -S "$root" -B "$root/build-sanitize" -DCMAKE_BUILD_TYPE=Debug -DZORVEL_SAN
 cmake --build "$root/build-sanitize" -j"$jobs"
 ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1 \
   ctest --test-dir "$root/build-sanitize" -j"$jobs" --output-on-failure
+
+echo "== Fuzzer (bounded run)"
+"$root/tools/fuzz.sh"

@@ -1,8 +1,9 @@
 /* Settings a caller can make that must neither crash, run without end, nor write a file
  * that its consumer rejects (the Ghostscript check reads every file left here):
  * an origin far out, frames and scale factors beyond what can be drawn, a font matrix
- * squeezed to nothing, a page of kilometres, and a plot still open when its state is
- * freed by thrfin, which must be finished rather than lost. */
+ * squeezed to nothing, a page of kilometres, text at the extreme y of a page counted from
+ * the bottom, and a plot still open when its state is freed by thrfin, which must be
+ * finished rather than lost. */
 #include <limits.h>
 #include <stdio.h>
 #include <string.h>
@@ -43,6 +44,10 @@ int main(void) {
   hwfont();
   chawth(1e-4); /* a font matrix of width 0 would be singular */
   messag("Squeezed", 100, 100);
+  pagorg("BOTT");
+  messag("far", 0, INT_MIN);
+  number(1.0, 1, 0, INT_MIN);
+  pagorg("TOP");
   zorfin();
   printf("scale line: %d\n", file_has("hostile.eps", "0.500000  0.500000 scale"));
 

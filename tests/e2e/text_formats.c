@@ -1,7 +1,8 @@
 /* Catches changes in the text formats written straight from the drawing pipeline: the
  * metafile's point, pen and colour fields, HPGL's pen and pen-up/pen-down instructions,
  * and the applet's drawLine, setColor and clearRect statements with their opening and
- * closing lines. Each file is printed after its plot. */
+ * closing lines. Each file is printed after its plot. Colours beyond a plotter's eight
+ * pens select its pens again (hp2xx reads the file). */
 #include <stdio.h>
 #include "zorvel.h"
 
@@ -48,5 +49,17 @@ int main(void) {
     printf("==== %s\n", files[i]);
     show(files[i]);
   }
+  metafl("HPGL");
+  setfil("pens.hpg");
+  zorini();
+  setclr(9);
+  line(0, 0, 10, 10);
+  setclr(16);
+  line(0, 0, 10, 10);
+  setclr(255);
+  line(0, 0, 10, 10);
+  zorfin();
+  printf("==== pens.hpg\n");
+  show("pens.hpg");
   return 0;
 }
