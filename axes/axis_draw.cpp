@@ -319,7 +319,10 @@ class AxisPainter {
       if (hi - lo > kMaxAxisTicks / 9.0) {
         return reach;  // decades too many to show their ticks
       }
-      for (double dec = std::floor(lo); dec <= hi; dec += 1.0) {
+      // Counted in integers: far from zero, adding one to a double changes nothing.
+      const long long decades = static_cast<long long>(hi - std::floor(lo)) + 1;
+      for (long long d = 0; d < decades; ++d) {
+        const double dec = std::floor(lo) + static_cast<double>(d);
         for (int k = 1; k <= 9; ++k) {
           const double v = dec + std::log10(static_cast<double>(k));
           if (v >= lo - tolerance(sc_) && v <= hi + tolerance(sc_)) {
@@ -338,7 +341,13 @@ class AxisPainter {
     }
     const double j0 = std::ceil((lo - sc_.first) / ts - 1e-9);
     const double j1 = std::floor((hi - sc_.first) / ts + 1e-9);
-    for (double j = j0; j <= j1; j += 1.0) {
+    const double span = j1 - j0;  // at most kMaxAxisTicks or so, unless not a number
+    const long long steps =
+        std::isfinite(span) && span >= 0.0
+            ? static_cast<long long>(std::min(span, static_cast<double>(kMaxAxisTicks))) + 1
+            : 0;
+    for (long long i = 0; i < steps; ++i) {
+      const double j = j0 + static_cast<double>(i);
       if (std::fmod(std::fabs(j), st_.ticks) != 0.0) {
         tick_at(along(g_, l_.ax, sc_.first + j * ts), minor);
       }
@@ -763,7 +772,10 @@ void draw_axis_grid(GlobalBlock& g, int nx, int ny) {
       if (hi - lo > kMaxAxisTicks / 9.0) {
         continue;
       }
-      for (double dec = std::floor(lo); dec <= hi; dec += 1.0) {
+      // Counted in integers: far from zero, adding one to a double changes nothing.
+      const long long decades = static_cast<long long>(hi - std::floor(lo)) + 1;
+      for (long long d = 0; d < decades; ++d) {
+        const double dec = std::floor(lo) + static_cast<double>(d);
         for (int k = 1; k <= 9; ++k) {
           const double v = dec + std::log10(static_cast<double>(k));
           if (v >= lo - tolerance(sc) && v <= hi + tolerance(sc)) {
@@ -780,7 +792,13 @@ void draw_axis_grid(GlobalBlock& g, int nx, int ny) {
     }
     const double j0 = std::ceil((lo - sc.first) / ts - 1e-9);
     const double j1 = std::floor((hi - sc.first) / ts + 1e-9);
-    for (double j = j0; j <= j1; j += 1.0) {
+    const double span = j1 - j0;  // at most kMaxAxisTicks or so, unless not a number
+    const long long steps =
+        std::isfinite(span) && span >= 0.0
+            ? static_cast<long long>(std::min(span, static_cast<double>(kMaxAxisTicks))) + 1
+            : 0;
+    for (long long i = 0; i < steps; ++i) {
+      const double j = j0 + static_cast<double>(i);
       line_at(sc.first + j * ts);
     }
   }

@@ -24,6 +24,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <vector>
 #include <limits>
 #include <type_traits>
 
@@ -554,6 +555,26 @@ Array<double> read_dbl_array(Reader& r, long long n) {
 Array<int> out_int_array(Reader& r, long long n) { return out_array<int>(r, n); }
 Array<double> out_dbl_array(Reader& r, long long n) { return out_array<double>(r, n); }
 Array<char> out_chars(Reader& r, long long n) { return out_array<char>(r, n); }
+
+namespace {
+constexpr std::size_t kSizedChars = 1000 * 1000 + 1;
+constexpr std::size_t kSizedElements = 65536;
+}  // namespace
+
+char* sized_chars(Reader& r) {
+  static std::vector<char> buf(kSizedChars, ' ');
+  return read_present(r) ? buf.data() : nullptr;
+}
+
+int* sized_ints(Reader& r) {
+  static std::vector<int> buf(kSizedElements);
+  return read_present(r) ? buf.data() : nullptr;
+}
+
+double* sized_dbls(Reader& r) {
+  static std::vector<double> buf(kSizedElements);
+  return read_present(r) ? buf.data() : nullptr;
+}
 
 }  // namespace zfuzz
 

@@ -93,6 +93,13 @@ Array<double> read_dbl_array(Reader& r, long long n);
 Array<int> out_int_array(Reader& r, long long n);
 Array<double> out_dbl_array(Reader& r, long long n);
 Array<char> out_chars(Reader& r, long long n);
+// The caller's buffers whose size the routine decides (kinds "buf", "out int[*]", "out
+// dbl[*]"): null, or one buffer per kind as large as any routine writes into (a legend
+// of 1000 lines of 1000 bytes, 30001 spline points), kept across the calls of an input
+// so that what one routine writes the next one reads.
+char* sized_chars(Reader& r);
+int* sized_ints(Reader& r);
+double* sized_dbls(Reader& r);
 
 // ZORVEL_FUZZ_TRACE=1: every call is printed on standard error, written as C.
 bool tracing();

@@ -138,6 +138,12 @@ def gen_case(r):
             t = "int" if a.base == "int" else "double"
             lines.append(f"{t} {v}_value = 0;")
             lines.append(f"{t}* const {v} = zfuzz::read_present(r) ? &{v}_value : nullptr;")
+        elif a.kind == "buf":
+            lines.append(f"char* const {v} = zfuzz::sized_chars(r);")
+        elif a.kind in ("out int[*]", "out dbl[*]"):
+            t = "int" if a.base == "int" else "double"
+            reader = "sized_ints" if a.base == "int" else "sized_dbls"
+            lines.append(f"{t}* const {v} = zfuzz::{reader}(r);")
         else:
             sys.exit(f"gen_fuzz.py: {r.name}: no reader for the kind '{a.kind}'")
     for nx, ny in pairs:
@@ -158,7 +164,7 @@ def gen_case(r):
         v = "a_" + a.name
         if a.is_array or a.kind == "out str[]":
             shown.append(f"zfuzz::show({v}, {elements(a)})")
-        elif a.kind in ("cb", "out int", "out dbl"):
+        elif a.kind in ("cb", "out int", "out dbl", "buf", "out int[*]", "out dbl[*]"):
             shown.append(f'zfuzz::show_pointer(reinterpret_cast<const void*>({v}), "{a.kind.split()[-1]}")')
         else:
             shown.append(f"zfuzz::show({v})")

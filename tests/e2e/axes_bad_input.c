@@ -46,6 +46,7 @@ int main(void) {
   system_with(0.0, 1e-300, 0.0, 1e-301);    /* below the smallest difference */
   system_with(0.0, 1e-30, 0.0, 2e-31);
   system_with(0.0, 1e7, 0.0, 1e-3);         /* ten billion labels */
+  system_with(0.0, 10.0, -1e20, 1.0);       /* ticks counted from a far first label */
   axsscl("LOG", "X");
   system_with(-400.0, 400.0, -400.0, 100.0);  /* 10^-400 .. 10^400 */
   axsscl("LIN", "X");
