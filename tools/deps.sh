@@ -10,6 +10,7 @@ packages=(
   ghostscript           # renders every PostScript/EPS file in the tests
   default-jdk-headless  # the Java binding
   libxml2-utils librsvg2-bin qpdf poppler-utils pngcheck
+  chromium              # one SVG page rendered by a browser (consumers.chromium)
   hp2xx                 # reads the HPGL files in the tests
 )
 [ $# -gt 0 ] && packages=("$@")
