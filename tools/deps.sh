@@ -5,6 +5,7 @@
 set -eu
 packages=(
   cmake g++ clang libclang-rt-dev make pkg-config python3
+  python3-numpy python3-pil  # tools/compare_formats.py and the browser check (/usr/bin/python3)
   libgtest-dev libgmock-dev
   zlib1g-dev            # deflate of the PDF streams
   ghostscript           # renders every PostScript/EPS file in the tests
