@@ -176,6 +176,11 @@ bool open_driver(GlobalBlock& g, const DeviceInfo& dev, std::unique_ptr<Driver> 
   setup.device_height = along * p.scale;
   setup.line_cap = p.line_cap;
   setup.file_name = g.core.plot_file;
+  const CoreState& c = g.core;
+  setup.versions.separator = c.version_separator == 0 ? '_' : c.version_separator == 1 ? '-' : '\0';
+  setup.versions.digits = c.version_digits;
+  setup.versions.zero_padded = c.version_long;
+  setup.versions.short_names = c.file_mode == 0;
 
   p.driver = std::move(driver);
   p.sink.reset(file != nullptr ? new FileSink(file) : nullptr);

@@ -84,6 +84,14 @@ struct DriverSetup {
   double device_height = 0.0;  //   when the dispatch turns it): applet size, clearRect
   int line_cap = 2;            // lncap in force at the start (0 CUT, 1 ROUN, 2 LONG)
   std::string_view file_name;  // the plot file's name; valid during open() only
+  // How a single-page format names the files of further pages (filmod, filopt): the plot
+  // file's stem, the separator, a number below 10^digits, the extension.
+  struct Versions {
+    char separator = '_';      // '\0': none
+    int digits = 4;
+    bool zero_padded = false;  // filopt NUMB: numbers padded to `digits`
+    bool short_names = true;   // filmod COUN: stem and number kept within 8 characters
+  } versions;
 };
 
 // What a driver does itself; the pipeline supplies the rest.

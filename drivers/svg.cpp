@@ -65,8 +65,6 @@ constexpr std::size_t kCoordinateChars = 14;
 constexpr std::size_t kPointChars = 2 * kCoordinateChars + 4;
 // The thinnest line in pixels: linwid without hardware widths, and every width below it.
 constexpr double kThinnestLine = 1.0;
-// Versions tried for the file of a new page (filopt's default of 4 digits).
-constexpr int kMaxVersion = 9999;
 // Longest version name that "COUN" numbering keeps, stem and number together.
 constexpr std::size_t kVersionNameLength = 8;
 
@@ -376,11 +374,12 @@ struct FileCloser {
 };
 using FilePtr = std::unique_ptr<std::FILE, FileCloser>;
 
-// Creates the file of the next page: the first free name of the plot file's versions as
-// filmod "COUN" counts them (an underscore and the number before the extension, the
-// stem cut so that stem and number keep within eight characters). Null when none is free
-// or the file cannot be created; `name` then holds the last name tried.
-FilePtr create_version(const std::string& plot_file, std::string& name) {
+// Creates the file of the next page: the first free name of the plot file's versions by
+// the naming rules of filmod and filopt ("COUN" cuts the stem so that stem and number
+// keep within eight characters). Null when none is free or the file cannot be created;
+// `name` then holds the last name tried.
+FilePtr create_version(const std::string& plot_file, const DriverSetup::Versions& rules,
+                       std::string& name) {
   const std::size_t slash = plot_file.find_last_of("/\\");
   const std::size_t dot = plot_file.rfind('.');
   const std::size_t ext_at = dot != std::string::npos && (slash == std::string::npos || dot > slash)
@@ -388,11 +387,23 @@ FilePtr create_version(const std::string& plot_file, std::string& name) {
                                  : plot_file.size();
   const std::size_t dir_len = slash == std::string::npos ? 0 : slash + 1;
   const std::string base = plot_file.substr(dir_len, ext_at - dir_len);
-  for (int v = 1; v <= kMaxVersion; ++v) {
-    std::string suffix = "_";
-    append_int(suffix, v);
+  long limit = 1;
+  for (int i = 0; i < std::clamp(rules.digits, 1, 9); ++i) {
+    limit *= 10;
+  }
+  for (long v = 1; v < limit; ++v) {
+    std::string number;
+    append_int(number, v);
+    if (rules.zero_padded && static_cast<int>(number.size()) < rules.digits) {
+      number.insert(0, static_cast<std::size_t>(rules.digits) - number.size(), '0');
+    }
+    std::string suffix;
+    if (rules.separator != '\0') {
+      suffix += rules.separator;
+    }
+    suffix += number;
     std::string stem = base;
-    if (stem.size() + suffix.size() > kVersionNameLength) {
+    if (rules.short_names && stem.size() + suffix.size() > kVersionNameLength) {
       const std::size_t keep =
           suffix.size() < kVersionNameLength ? kVersionNameLength - suffix.size() : 1;
       stem.resize(std::max<std::size_t>(1, std::min(stem.size(), keep)));
@@ -456,6 +467,7 @@ class SvgDriver final : public Driver {
 
   // Pages after the first go to files of their own, which the driver creates and closes.
   std::string plot_file_;  // the plot file's name; empty when it cannot be versioned
+  DriverSetup::Versions versions_;  // how the files of further pages are named
   FilePtr page_file_;
   std::unique_ptr<FileSink> page_sink_;
 
@@ -500,6 +512,7 @@ bool SvgDriver::open(Sink* out, const DriverSetup& setup) {
   if (out != nullptr && is_regular_file(name)) {
     plot_file_ = name;
   }
+  versions_ = setup.versions;
   write_header();
   return !out_->failed();
 }
@@ -965,7 +978,7 @@ void SvgDriver::new_page() {
   }
   page_sink_.reset();
   std::string name;
-  page_file_ = create_version(plot_file_, name);
+  page_file_ = create_version(plot_file_, versions_, name);
   if (!page_file_) {
     failed_ = true;  // later pages are drawn into nothing
   }

@@ -50,6 +50,18 @@ int main(void) {
   touch("countfilename.met");
   filmod("COUN");
   plot();                          /* countf_1.met: base cut to 8 characters with "_1" */
+  /* The pages of a single-page format follow the same rules: "VERS" keeps the name
+   * whole, a hyphen and four padded digits. */
+  metafl("SVG");
+  setfil("pages_of_svg.svg");
+  filmod("VERS");
+  filopt("HYPH", "SEPA");
+  filopt("LONG", "NUMB");
+  zorini();
+  errmod("PROT", "OFF");
+  newpag();
+  newpag();
+  zorfin();
   for (i = 2; i <= 99; ++i) {      /* the files touched above: only the plots stay listed */
     char name[32];
     sprintf(name, "zorvel_%d.met", i);
