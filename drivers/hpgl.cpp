@@ -32,13 +32,23 @@ class HpglDriver final : public Driver {
     if (pen != Pen::Draw && pen != Pen::Move) {
       return;
     }
+    int ix = device_int(x);
+    const int iy = device_int(y);
+    if (pen == Pen::Draw && after_move_ && ix == last_x_ && iy == last_y_) {
+      // A zero-length line is a dot one plotter unit long: readers take a picture of a
+      // single point for one without size.
+      ix = ix < 2000000000 ? ix + 1 : ix - 1;
+    }
+    after_move_ = pen == Pen::Move;
+    last_x_ = ix;
+    last_y_ = iy;
     char buf[2 * kNumberBuffer + 8];
     char* p = buf;
     *p++ = 'P';
     *p++ = pen == Pen::Draw ? 'D' : 'U';
-    p = format_int(p, device_int(x));
+    p = format_int(p, ix);
     *p++ = ',';
-    p = format_int(p, device_int(y));
+    p = format_int(p, iy);
     *p++ = ';';
     out_->word({buf, static_cast<std::size_t>(p - buf)});
   }
@@ -69,6 +79,9 @@ class HpglDriver final : public Driver {
 
  private:
   std::unique_ptr<TextWriter> out_;
+  int last_x_ = 0;         // the last position written
+  int last_y_ = 0;
+  bool after_move_ = false;  // ... by a move
 };
 
 }  // namespace

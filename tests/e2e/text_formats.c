@@ -61,5 +61,13 @@ int main(void) {
   zorfin();
   printf("==== pens.hpg\n");
   show("pens.hpg");
+  /* A picture of one dot: a line of one plotter unit, which readers can size. */
+  metafl("HPGL");
+  setfil("dot.hpg");
+  zorini();
+  line(122, 122, 122, 122);
+  zorfin();
+  printf("==== dot.hpg\n");
+  show("dot.hpg");
   return 0;
 }
