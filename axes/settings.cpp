@@ -214,13 +214,11 @@ void htitle(GlobalBlock& g, int nh) {
 }
 
 void titlin(GlobalBlock& g, const char* cstr, int n) {
-  const int line = n < 0 ? -n : n;
-  if (n == 0 || !check_range(g, line, 1, kTitleLines)) {
-    if (n == 0) {
-      warn(g, 2, n);
-    }
+  if (n == 0 || n < -kTitleLines || n > kTitleLines) {
+    warn(g, 2, n);
     return;
   }
+  const int line = n < 0 ? -n : n;
   g.axes.titles[static_cast<std::size_t>(line - 1)] = cstr;
   g.axes.title_flags[static_cast<std::size_t>(line - 1)] = n < 0;
 }

@@ -30,6 +30,7 @@ int main(void) {
   ticks(1001, "X");
   labdig(101, "X");
   titlin("t", 5);
+  titlin("t", -2147483647 - 1);  /* no line number whose negation overflows */
   frame(101);
   axclrs(-2, "ALL", "XY");
   labels("NOPE", "X");       /* unknown keyword: the setting stays */
