@@ -234,35 +234,11 @@ Look look_of(const GlobalBlock& g, int line) {
 class PenScope {
  public:
   explicit PenScope(GlobalBlock& g)
-      : g_(g),
-        colour_(g.colour.current),
-        width_(g.pipe.line_width),
-        dash_(g.pipe.dash),
-        count_(g.pipe.dash_count),
-        remainder_(g.pipe.dash_remainder),
-        index_(g.pipe.dash_index),
-        pen_(g.pipe.dash_pen),
-        colour_index_(g.pipe.dash_colour_index),
-        offset_(g.pipe.side_offset) {
-    solid();
-    if (offset_ != 0.0) {
-      set_side_offset(g, 0.0);
-    }
-  }
+      : g_(g), colour_(g.colour.current), width_(g.pipe.line_width), dashes_(g) {}
   ~PenScope() {
     end_polyline(g_);
     colour(colour_);
     width(width_);
-    PipelineState& p = g_.pipe;
-    p.dash = dash_;
-    p.dash_count = count_;
-    p.dash_remainder = remainder_;
-    p.dash_index = index_;
-    p.dash_pen = pen_;
-    p.dash_colour_index = colour_index_;
-    if (offset_ != 0.0) {
-      set_side_offset(g_, offset_);
-    }
   }
   PenScope(const PenScope&) = delete;
   PenScope& operator=(const PenScope&) = delete;
@@ -292,13 +268,7 @@ class PenScope {
   GlobalBlock& g_;
   int colour_;
   int width_;
-  std::array<int, kMaxDashes> dash_;
-  int count_;
-  double remainder_;
-  int index_;
-  DashPen pen_;
-  int colour_index_;
-  double offset_;
+  DashScope dashes_;  // the dash engine and the offset, restored after the rest
 };
 
 void rectangle(GlobalBlock& g, double x0, double y0, double x1, double y1) {

@@ -324,29 +324,6 @@ ClipRect axis_rect(const AxisState& s) {
           static_cast<double>(s.pos_x + s.len_x - 1), static_cast<double>(s.pos_y)};
 }
 
-// Solid lines for the axes, whatever pattern the caller draws with.
-class SolidLines {
- public:
-  explicit SolidLines(GlobalBlock& g) : g_(g), count_(g.pipe.dash_count), dash_(g.pipe.dash) {
-    if (count_ > 1) {
-      const int one = 1;
-      set_dash_pattern(g, &one, 1);
-    }
-  }
-  ~SolidLines() {
-    if (count_ > 1) {
-      set_dash_pattern(g_, dash_.data(), count_);
-    }
-  }
-  SolidLines(const SolidLines&) = delete;
-  SolidLines& operator=(const SolidLines&) = delete;
-
- private:
-  GlobalBlock& g_;
-  int count_;
-  std::array<int, kMaxDashes> dash_;
-};
-
 // Centres the axis system with everything drawn around it on the page.
 void centre(GlobalBlock& g) {
   AxisState& s = g.axes;
@@ -491,7 +468,7 @@ void graf(GlobalBlock& g, double xa, double xe, double xorg, double xstp, double
   }
   const ClipRect rect = axis_rect(s);
   const int colour = g.colour.current;
-  const SolidLines solid(g);
+  const DashScope solid(g);  // the axes in solid lines, whatever the caller draws with
   if (s.background != -1) {
     const double xs[4] = {rect.xmin, rect.xmax, rect.xmax, rect.xmin};
     const double ys[4] = {rect.ymin, rect.ymin, rect.ymax, rect.ymax};

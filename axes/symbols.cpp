@@ -284,51 +284,6 @@ void paint(GlobalBlock& g, const Outline& o, bool filled) {
   stroke(g, o);
 }
 
-// Solid lines without a sideways offset while it lives; the dash engine (pattern and
-// phase) and the offset come back as they were.
-class PlainLines {
- public:
-  explicit PlainLines(GlobalBlock& g)
-      : g_(g),
-        dash_(g.pipe.dash),
-        count_(g.pipe.dash_count),
-        remainder_(g.pipe.dash_remainder),
-        index_(g.pipe.dash_index),
-        pen_(g.pipe.dash_pen),
-        colour_index_(g.pipe.dash_colour_index),
-        offset_(g.pipe.side_offset) {
-    g.pipe.dash_count = 1;
-    g.pipe.dash[0] = 1;
-    if (offset_ != 0.0) {
-      set_side_offset(g, 0.0);
-    }
-  }
-  ~PlainLines() {
-    PipelineState& p = g_.pipe;
-    p.dash = dash_;
-    p.dash_count = count_;
-    p.dash_remainder = remainder_;
-    p.dash_index = index_;
-    p.dash_pen = pen_;
-    p.dash_colour_index = colour_index_;
-    if (offset_ != 0.0) {
-      set_side_offset(g_, offset_);
-    }
-  }
-  PlainLines(const PlainLines&) = delete;
-  PlainLines& operator=(const PlainLines&) = delete;
-
- private:
-  GlobalBlock& g_;
-  std::array<int, kMaxDashes> dash_;
-  int count_;
-  double remainder_;
-  int index_;
-  DashPen pen_;
-  int colour_index_;
-  double offset_;
-};
-
 const UserSymbol& user_symbol(const GlobalBlock& g, int nsym) {
   return g.curves.user_symbols[static_cast<std::size_t>(nsym - kBuiltinSymbols)];
 }
@@ -346,7 +301,7 @@ void draw_symbol(GlobalBlock& g, int nsym, double x, double y, int height) {
   if (height <= 0 || !symbol_defined(g, nsym) || !std::isfinite(x) || !std::isfinite(y)) {
     return;
   }
-  const PlainLines plain(g);
+  const DashScope plain(g);
   const Place p{x, y, static_cast<double>(height)};
   Outline o;
   if (nsym < kBuiltinSymbols) {

@@ -165,6 +165,35 @@ void dash_to(GlobalBlock& g, double bx, double by) {
   p.dash_remainder -= len;
 }
 
+DashScope::DashScope(GlobalBlock& g)
+    : g_(g),
+      dash_(g.pipe.dash),
+      count_(g.pipe.dash_count),
+      remainder_(g.pipe.dash_remainder),
+      index_(g.pipe.dash_index),
+      pen_(g.pipe.dash_pen),
+      colour_index_(g.pipe.dash_colour_index),
+      offset_(g.pipe.side_offset) {
+  g.pipe.dash_count = 1;
+  g.pipe.dash[0] = 1;
+  if (offset_ != 0.0) {
+    set_side_offset(g, 0.0);
+  }
+}
+
+DashScope::~DashScope() {
+  PipelineState& p = g_.pipe;
+  p.dash = dash_;
+  p.dash_count = count_;
+  p.dash_remainder = remainder_;
+  p.dash_index = index_;
+  p.dash_pen = pen_;
+  p.dash_colour_index = colour_index_;
+  if (offset_ != 0.0) {
+    set_side_offset(g_, offset_);
+  }
+}
+
 namespace api {
 
 void lintyp(GlobalBlock& g, int n) {

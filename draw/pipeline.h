@@ -218,6 +218,27 @@ void dash_to(GlobalBlock& g, double x, double y);
 void set_dash_colours(GlobalBlock& g, const int* colours, int n);
 void set_side_offset(GlobalBlock& g, double d);
 
+// Solid lines without a sideways offset while it lives, for code that draws lines of its
+// own (axes, symbols, legends); the dash engine (pattern and phase) and the offset come
+// back as they were, so that the caller's dashed curve goes on where it stopped.
+class DashScope {
+ public:
+  explicit DashScope(GlobalBlock& g);
+  ~DashScope();
+  DashScope(const DashScope&) = delete;
+  DashScope& operator=(const DashScope&) = delete;
+
+ private:
+  GlobalBlock& g_;
+  std::array<int, kMaxDashes> dash_;
+  int count_;
+  double remainder_;
+  int index_;
+  DashPen pen_;
+  int colour_index_;
+  double offset_;
+};
+
 // Buffer primitives, after the dash engine (polyline.cpp)
 // ========================================================
 
