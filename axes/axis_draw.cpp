@@ -142,7 +142,7 @@ int chosen_digits(const GlobalBlock& g, int ax, bool exponent) {
   const bool lg = g.axes.log[static_cast<std::size_t>(ax)];
   auto exact = [](double v, int d) {
     const double m = v * std::pow(10.0, d);
-    return std::fabs(m - std::round(m)) <= 1e-6 * std::max(1.0, std::fabs(m)) * 1e-3 + 1e-9;
+    return std::fabs(m - std::round(m)) <= 1e-9 * (std::max(1.0, std::fabs(m)) + 1.0);
   };
   auto digits_for = [&](double v) {
     for (int d = 0; d <= 12; ++d) {
@@ -482,9 +482,8 @@ class AxisPainter {
       return out + across;
     }
     // Labels closer than their size are thinned to every stride-th.
-    const double need = along_axis && l_.ax == kAxisX   ? widest + kLabelGap * height_
-                        : along_axis                    ? widest + kLabelGap * height_
-                                                        : (1.0 + kLabelGap) * height_;
+    const double need =
+        along_axis ? widest + kLabelGap * height_ : (1.0 + kLabelGap) * height_;
     const double spacing = sc_.months > 0 ? sc_.months * 30.4 * std::fabs(sc_.factor)
                                           : std::fabs(sc_.step * sc_.factor);
     int stride = 1;

@@ -455,9 +455,6 @@ void graf(GlobalBlock& g, double xa, double xe, double xorg, double xstp, double
   }
   s.scaled = true;
   if (s.centring == 1) {
-    if (s.crossed && !s.origin_given) {
-      s.centring = 2;  // a crossed system centres on its rectangle
-    }
     centre(g);
     s.centring = 2;
     place(s);
