@@ -12,6 +12,7 @@
 #include "core/page.h"
 #include "draw/colour.h"
 #include "draw/pipeline.h"
+#include "raster/raster_state.h"
 #include "text/text_state.h"
 
 namespace zorvel {
@@ -27,6 +28,7 @@ struct GlobalBlock {
   AxisState axes;      // axis systems, their scaling, ticks, labels and names
   CurveState curves;   // curves, symbols, and what each curve was drawn with
   LegendState legend;  // the legend being built
+  RasterState raster;  // the raster page, its settings and pixel access
   GlobalBlock() = default;
   GlobalBlock(const GlobalBlock&) = delete;
   GlobalBlock& operator=(const GlobalBlock&) = delete;

@@ -129,7 +129,11 @@ double device_scale(const GlobalBlock& g, const DeviceInfo& dev) {
     const double r = std::min(sheet_w / pw, sheet_h / ph);
     k = g.page.scale_mode == 1 ? r : std::min(r, 1.0);
   }
-  double s = dev.natural * k * g.page.hw_scale;
+  double s = dev.natural * k;
+  if (uses_raster_page(dev)) {
+    raster_scale(g, pw, ph, s);  // imgsiz and imgdpi choose the raster page's size
+  }
+  s *= g.page.hw_scale;
   if (!dev.scale_in_file) {
     s *= g.page.scale_factor;
   }
@@ -182,6 +186,12 @@ bool open_driver(GlobalBlock& g, const DeviceInfo& dev, std::unique_ptr<Driver> 
   setup.versions.zero_padded = c.version_long;
   setup.versions.short_names = c.file_mode == 0;
 
+  if (uses_raster_page(dev) && !open_raster_page(g, setup)) {
+    p.device = nullptr;
+    p.dispatch = Dispatch::None;
+    return false;
+  }
+
   p.driver = std::move(driver);
   p.sink.reset(file != nullptr ? new FileSink(file) : nullptr);
   if (!p.driver || !p.driver->open(p.sink.get(), setup)) {
@@ -205,6 +215,7 @@ bool close_device(GlobalBlock& g) {
     return true;
   }
   end_polyline(g);
+  close_raster_page(g);
   const bool ok = p.driver->close();
   check_driver(g);
   p.driver.reset();

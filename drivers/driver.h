@@ -37,6 +37,8 @@
 
 namespace zorvel {
 
+class RasterPage;
+
 // Pen codes of plot point.
 enum class Pen : int {
   Draw = 2,     // line from the previous point
@@ -84,6 +86,13 @@ struct DriverSetup {
   double device_height = 0.0;  //   when the dispatch turns it): applet size, clearRect
   int line_cap = 2;            // lncap in force at the start (0 CUT, 1 ROUN, 2 LONG)
   std::string_view file_name;  // the plot file's name; valid during open() only
+  // Raster devices: the page to draw on (owned by the caller, sized and cleared), whether
+  // to anti-alias, the TIFF compression (0 deflate, 1 LZW, 2 none), and the colour table
+  // whose entries (0x00RRGGBB) are the palette of index formats when the page is written.
+  RasterPage* raster = nullptr;
+  bool antialias = false;
+  int image_compression = 0;
+  const int* colour_table = nullptr;  // 256 entries, valid while the plot is open
   // How a single-page format names the files of further pages (filmod, filopt): the plot
   // file's stem, the separator, a number below 10^digits, the extension.
   struct Versions {

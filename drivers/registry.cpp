@@ -11,6 +11,13 @@ std::unique_ptr<Driver> make_pdf_driver();
 std::unique_ptr<Driver> make_hpgl_driver();
 std::unique_ptr<Driver> make_java_driver();
 std::unique_ptr<Driver> make_svg_driver();
+std::unique_ptr<Driver> make_tiff_driver();
+std::unique_ptr<Driver> make_imag_driver();
+std::unique_ptr<Driver> make_virtual_driver();
+std::unique_ptr<Driver> make_png_driver();
+std::unique_ptr<Driver> make_ppm_driver();
+std::unique_ptr<Driver> make_bmp_driver();
+std::unique_ptr<Driver> make_gif_driver();
 
 namespace {
 
@@ -46,9 +53,9 @@ constexpr DeviceInfo screen(std::string_view key, int code, F family = F::Screen
           S::Window, false, false, kOnePixel, 24,     kScreen,   0,           nullptr};
 }
 constexpr DeviceInfo raster(std::string_view key, int code, std::string_view ext, K file,
-                            int depth) {
+                            int depth, DriverFactory factory) {
   return {key,       code,  ext,   file,      F::Raster, D::Pixels, T::PageMode, kPixels,
-          S::Window, false, false, kOnePixel, depth,     kScreen,   0,           nullptr};
+          S::Window, false, false, kOnePixel, depth,     kScreen,   0,           factory};
 }
 constexpr DeviceInfo hpgl(std::string_view key, int code, D dispatch, T turning, S sheet) {
   return {key,   code,  "hpg", K::Text,     F::Hpgl, dispatch, turning, kPlotter,
@@ -82,13 +89,13 @@ constexpr std::array kDevices = {
     postscript("PS  ", 504, "ps", S::Printable, kWhitePaper, 3),
     DeviceInfo{"PDF ", 511, "pdf", K::Binary, F::Pdf, D::Paper, T::PageMode, kPoints,
                S::None, false, false, -kPsLine / kPs, 24, kWhitePaper, 0, &make_pdf_driver},
-    raster("TIFF", 601, "tif", K::Binary, 24),
-    raster("IMAG", 602, "img", K::Binary, 24),
-    raster("VIRT", 603, "", K::None, 24),
-    raster("PNG ", 604, "png", K::Binary, 24),
-    raster("PPM ", 605, "ppm", K::Binary, 24),
-    raster("BMP ", 606, "bmp", K::Binary, 24),
-    raster("GIF ", 607, "gif", K::Binary, 8),
+    raster("TIFF", 601, "tif", K::Binary, 24, &make_tiff_driver),
+    raster("IMAG", 602, "img", K::Binary, 24, &make_imag_driver),
+    raster("VIRT", 603, "", K::None, 24, &make_virtual_driver),
+    raster("PNG ", 604, "png", K::Binary, 24, &make_png_driver),
+    raster("PPM ", 605, "ppm", K::Binary, 24, &make_ppm_driver),
+    raster("BMP ", 606, "bmp", K::Binary, 24, &make_bmp_driver),
+    raster("GIF ", 607, "gif", K::Binary, 8, &make_gif_driver),
     DeviceInfo{"JAVA", 701, "java", K::Text, F::Java, D::Pixels, T::PageMode, kPixels,
                S::Window, false, false, kOnePixel, 24, kScreen | kColourDarkOnLight, 0,
                &make_java_driver},

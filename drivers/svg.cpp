@@ -43,6 +43,7 @@
 
 #include "core/format.h"
 #include "core/version.h"
+#include "drivers/page_files.h"
 #include "drivers/registry.h"
 #include "drivers/text_writer.h"
 #include "text/driver_font.h"
@@ -65,8 +66,6 @@ constexpr std::size_t kCoordinateChars = 14;
 constexpr std::size_t kPointChars = 2 * kCoordinateChars + 4;
 // The thinnest line in pixels: linwid without hardware widths, and every width below it.
 constexpr double kThinnestLine = 1.0;
-// Longest version name that "COUN" numbering keeps, stem and number together.
-constexpr std::size_t kVersionNameLength = 8;
 
 constexpr std::string_view kHomePage = "https://www.zorvel.org";
 
@@ -359,66 +358,6 @@ std::string base64_lines(const std::vector<std::uint8_t>& bytes) {
     }
   }
   return s;
-}
-
-// Page files
-// ==========
-
-bool is_regular_file(const std::string& name) {
-  struct stat st {};
-  return !name.empty() && ::stat(name.c_str(), &st) == 0 && S_ISREG(st.st_mode);
-}
-
-struct FileCloser {
-  void operator()(std::FILE* f) const { std::fclose(f); }
-};
-using FilePtr = std::unique_ptr<std::FILE, FileCloser>;
-
-// Creates the file of the next page: the first free name of the plot file's versions by
-// the naming rules of filmod and filopt ("COUN" cuts the stem so that stem and number
-// keep within eight characters). Null when none is free or the file cannot be created;
-// `name` then holds the last name tried.
-FilePtr create_version(const std::string& plot_file, const DriverSetup::Versions& rules,
-                       std::string& name) {
-  const std::size_t slash = plot_file.find_last_of("/\\");
-  const std::size_t dot = plot_file.rfind('.');
-  const std::size_t ext_at = dot != std::string::npos && (slash == std::string::npos || dot > slash)
-                                 ? dot
-                                 : plot_file.size();
-  const std::size_t dir_len = slash == std::string::npos ? 0 : slash + 1;
-  const std::string base = plot_file.substr(dir_len, ext_at - dir_len);
-  long limit = 1;
-  for (int i = 0; i < std::clamp(rules.digits, 1, 9); ++i) {
-    limit *= 10;
-  }
-  for (long v = 1; v < limit; ++v) {
-    std::string number;
-    append_int(number, v);
-    if (rules.zero_padded && static_cast<int>(number.size()) < rules.digits) {
-      number.insert(0, static_cast<std::size_t>(rules.digits) - number.size(), '0');
-    }
-    std::string suffix;
-    if (rules.separator != '\0') {
-      suffix += rules.separator;
-    }
-    suffix += number;
-    std::string stem = base;
-    if (rules.short_names && stem.size() + suffix.size() > kVersionNameLength) {
-      const std::size_t keep =
-          suffix.size() < kVersionNameLength ? kVersionNameLength - suffix.size() : 1;
-      stem.resize(std::max<std::size_t>(1, std::min(stem.size(), keep)));
-    }
-    name = plot_file.substr(0, dir_len) + stem + suffix + plot_file.substr(ext_at);
-    // "x": created only when no such file exists, so that two plots never share one.
-    if (FilePtr f{std::fopen(name.c_str(), "wx")}) {
-      return f;
-    }
-    struct stat st {};
-    if (::stat(name.c_str(), &st) != 0) {
-      return nullptr;  // not taken, yet not creatable: no later version would be either
-    }
-  }
-  return nullptr;
 }
 
 // The driver

@@ -1,0 +1,321 @@
+// The raster driver: lines, fills, images and pages on the raster page (raster/), written
+// out by the image format's writer at every page's end.
+//
+// Without anti-aliasing every point is rounded to the nearest pixel centre, as integer
+// devices do, and lines one pixel wide are stepped from pixel to pixel: the output is
+// exact and the same on every machine. Wider lines and fills are scan-converted from the
+// rounded points. With anti-aliasing, points keep their sub-pixel positions and every
+// line is stroked as an outline whose exact coverage blends into the page.
+//
+// A polyline reaching the driver in pieces (each starts with a move to the last point of
+// the one before) is stroked as one: a move to the current point continues it.
+
+#include "drivers/raster_driver.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cmath>
+#include <string>
+
+#include "drivers/page_files.h"
+#include "raster/raster_page.h"
+#include "raster/stroke.h"
+
+namespace zorvel {
+namespace {
+
+class RasterDriver final : public Driver {
+ public:
+  explicit RasterDriver(ImageWriter writer) : writer_(writer) {}
+
+  bool open(Sink* out, const DriverSetup& setup) override;
+  unsigned caps() const override { return kCapFill | kCapWidths | kCapImages | kCapAlpha; }
+  void point(double x, double y, Pen pen) override;
+  void colour(Rgb rgb, int /*value*/) override {
+    end_line();
+    current_ = rgb;
+    page_->set_colour(rgb);
+  }
+  void pen_width(const LineWidth& w) override;
+  void line_cap(int cap) override;
+  void line_join(int join, double miter_limit) override;
+  void fill(const Path& path, Rgb rgb) override;
+  void image(const Image& img) override { page_->image(img); }
+  void erase() override;
+  void new_page() override;
+  bool close() override;
+  bool failed() const override { return failed_; }
+
+ private:
+  void end_line();
+  bool thin() const { return !page_->antialias() && style_.width < 1.5; }
+  void restyle();
+  bool write_page(Sink* out);
+
+  ImageWriter writer_;
+  RasterPage* page_ = nullptr;
+  std::unique_ptr<Stroker> stroker_;
+  StrokeStyle style_{};
+  Sink* out_ = nullptr;
+  double scale_ = 1.0;  // pixels per plot unit
+  Rgb background_{};
+  Rgb current_{255, 255, 255, 255};
+  ImageOptions options_{};
+  Rgb table_[256]{};
+  const int* colour_table_ = nullptr;
+  std::string plot_file_;  // empty when further pages cannot have files of their own
+  DriverSetup::Versions versions_;
+  FilePtr page_file_;  // the file of the second and later pages
+  std::unique_ptr<FileSink> page_sink_;
+  // The open polyline: its last point (rounded, when not anti-aliasing) and whether it
+  // has one.
+  bool open_ = false;
+  double lx_ = 0.0;
+  double ly_ = 0.0;
+  bool failed_ = false;
+  bool closed_ = false;
+};
+
+bool RasterDriver::open(Sink* out, const DriverSetup& setup) {
+  page_ = setup.raster;
+  if (page_ == nullptr || page_->empty()) {
+    return false;
+  }
+  out_ = out;
+  scale_ = setup.scale > 0.0 && std::isfinite(setup.scale) ? setup.scale : 1.0;
+  background_ = setup.reversed ? Rgb{255, 255, 255} : Rgb{0, 0, 0};
+  options_.tiff = setup.image_compression == 1   ? TiffCompression::Lzw
+                  : setup.image_compression == 2 ? TiffCompression::None
+                                                 : TiffCompression::Deflate;
+  colour_table_ = setup.colour_table;
+  const std::string name(setup.file_name);
+  if (out != nullptr && writer_ != nullptr && is_regular_file(name)) {
+    plot_file_ = name;
+  }
+  versions_ = setup.versions;
+  page_->set_antialias(setup.antialias);
+  style_.cap = std::clamp(setup.line_cap, 0, 2);
+  stroker_ = std::make_unique<Stroker>(*page_);
+  restyle();
+  return true;
+}
+
+void RasterDriver::restyle() {
+  StrokeStyle s = style_;
+  if (!page_->antialias()) {
+    s.width = std::max(1.0, std::round(s.width));
+  }
+  stroker_->set_style(s);
+}
+
+void RasterDriver::pen_width(const LineWidth& w) {
+  end_line();
+  style_.width = w.hardware ? std::max(1.0, w.n * scale_ * w.width_scale) : 1.0;
+  restyle();
+}
+
+void RasterDriver::line_cap(int cap) {
+  end_line();
+  style_.cap = std::clamp(cap, 0, 2);
+  restyle();
+}
+
+void RasterDriver::line_join(int join, double miter_limit) {
+  end_line();
+  style_.join = std::clamp(join, 0, 2);
+  style_.miter_limit = miter_limit;
+  restyle();
+}
+
+void RasterDriver::point(double x, double y, Pen pen) {
+  if (pen == Pen::End || pen == Pen::Close) {
+    end_line();
+    return;
+  }
+  const bool aa = page_->antialias();
+  if (!aa) {
+    x = static_cast<double>(device_int(x));
+    y = static_cast<double>(device_int(y));
+  }
+  if (pen == Pen::Move) {
+    if (open_ && x == lx_ && y == ly_) {
+      return;  // the next piece of the same polyline
+    }
+    end_line();
+    open_ = true;
+    lx_ = x;
+    ly_ = y;
+    if (!thin()) {
+      stroker_->move(x, y);
+    }
+    return;
+  }
+  if (!open_) {
+    open_ = true;
+    lx_ = x;
+    ly_ = y;
+    if (!thin()) {
+      stroker_->move(x, y);
+    }
+  }
+  if (thin()) {
+    page_->line(static_cast<long long>(lx_), static_cast<long long>(ly_),
+                static_cast<long long>(x), static_cast<long long>(y));
+  } else {
+    stroker_->line(x, y);
+  }
+  lx_ = x;
+  ly_ = y;
+}
+
+void RasterDriver::end_line() {
+  if (!open_) {
+    return;
+  }
+  open_ = false;
+  if (stroker_->open()) {
+    stroker_->finish();
+    page_->paint(FillRule::NonZero);
+  }
+}
+
+void RasterDriver::fill(const Path& path, Rgb rgb) {
+  end_line();
+  const bool aa = page_->antialias();
+  std::size_t from = 0;
+  for (const int end : path.ends) {
+    const auto to = std::min(static_cast<std::size_t>(std::max(end, 0)), path.xs.size());
+    for (std::size_t i = from; i < to; ++i) {
+      const std::size_t k = i + 1 < to ? i + 1 : from;
+      double x0 = path.xs[i];
+      double y0 = path.ys[i];
+      double x1 = path.xs[k];
+      double y1 = path.ys[k];
+      if (!aa) {
+        x0 = static_cast<double>(device_int(x0));
+        y0 = static_cast<double>(device_int(y0));
+        x1 = static_cast<double>(device_int(x1));
+        y1 = static_cast<double>(device_int(y1));
+      }
+      page_->edge(x0, y0, x1, y1);
+    }
+    from = std::max(from, to);
+  }
+  // The fill's colour for this area only.
+  page_->set_colour(rgb);
+  page_->paint(path.rule);
+  page_->set_colour(current_);
+}
+
+void RasterDriver::erase() {
+  end_line();
+  page_->clear(background_);
+}
+
+bool RasterDriver::write_page(Sink* out) {
+  if (writer_ == nullptr || out == nullptr) {
+    return true;
+  }
+  if (colour_table_ != nullptr) {
+    table_colours(colour_table_, table_);
+  }
+  options_.table = table_;
+  return writer_(*out, page_->view(), options_) && out->flush();
+}
+
+// The finished page goes to its file; the next page starts blank in a new file named by
+// the plot file's first free version. Without a file of its own for the next page (the
+// virtual bitmap, pipes and devices), the page is only cleared.
+void RasterDriver::new_page() {
+  end_line();
+  if (writer_ != nullptr) {
+    if (plot_file_.empty()) {
+      return;  // later pages draw over this one, as on an EPS figure
+    }
+    if (!write_page(page_sink_ ? page_sink_.get() : out_)) {
+      failed_ = true;
+    }
+    if (page_file_ && std::fclose(page_file_.release()) != 0) {
+      failed_ = true;
+    }
+    page_sink_.reset();
+    std::string name;
+    page_file_ = create_version(plot_file_, versions_, name);
+    if (!page_file_) {
+      failed_ = true;  // later pages are drawn into nothing
+    }
+    page_sink_ = std::make_unique<FileSink>(page_file_.get());
+  }
+  page_->clear(background_);
+}
+
+bool RasterDriver::close() {
+  if (closed_) {
+    return !failed_;
+  }
+  closed_ = true;
+  end_line();
+  if (!write_page(page_sink_ ? (page_file_ ? page_sink_.get() : nullptr) : out_)) {
+    failed_ = true;
+  }
+  if (page_file_ && std::fclose(page_file_.release()) != 0) {
+    failed_ = true;
+  }
+  return !failed_;
+}
+
+bool ends_with(const std::string& s, std::string_view tail) {
+  return s.size() >= tail.size() && s.compare(s.size() - tail.size(), tail.size(), tail) == 0;
+}
+
+bool png_writer(Sink& out, const PixelView& px, const ImageOptions&) { return write_png(out, px); }
+bool tiff_writer(Sink& out, const PixelView& px, const ImageOptions& o) {
+  return write_tiff(out, px, o.tiff);
+}
+bool gif_writer(Sink& out, const PixelView& px, const ImageOptions& o) {
+  return write_gif(out, px, o.table);
+}
+bool bmp_writer(Sink& out, const PixelView& px, const ImageOptions&) { return write_bmp(out, px); }
+bool ppm_writer(Sink& out, const PixelView& px, const ImageOptions&) { return write_ppm(out, px); }
+bool raw_writer(Sink& out, const PixelView& px, const ImageOptions&) {
+  return write_raw_image(out, px);
+}
+bool ps_writer(Sink& out, const PixelView& px, const ImageOptions& o) {
+  return write_ps_image(out, px, o.ps);
+}
+
+}  // namespace
+
+std::unique_ptr<Driver> make_raster_driver(ImageWriter writer) {
+  return std::make_unique<RasterDriver>(writer);
+}
+
+ImageWriter image_writer_for(std::string_view file_name) {
+  std::string name(file_name);
+  for (char& c : name) {
+    c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  }
+  static constexpr struct {
+    std::string_view ext;
+    ImageWriter writer;
+  } kWriters[] = {{".png", &png_writer}, {".tif", &tiff_writer}, {".tiff", &tiff_writer},
+                  {".gif", &gif_writer}, {".bmp", &bmp_writer},  {".ppm", &ppm_writer},
+                  {".img", &raw_writer}, {".ps", &ps_writer},    {".eps", &ps_writer}};
+  for (const auto& w : kWriters) {
+    if (ends_with(name, w.ext)) {
+      return w.writer;
+    }
+  }
+  return nullptr;
+}
+
+void table_colours(const int* table, Rgb (&out)[256]) {
+  for (int i = 0; i < 256; ++i) {
+    const int v = table[i];
+    out[i] = {(v >> 16) & 255, (v >> 8) & 255, v & 255, 255};
+  }
+}
+
+std::unique_ptr<Driver> make_virtual_driver() { return make_raster_driver(nullptr); }
+
+}  // namespace zorvel
