@@ -1,13 +1,16 @@
 /* The output of a gallery example. Each example names its own PostScript device and file
  * (gallery_output("EPS", "axes_linear.eps")), and that is what it writes by default. The
- * environment variable ZORVEL_GALLERY_FORMAT writes the whole gallery in another vector
- * format instead:
+ * environment variable ZORVEL_GALLERY_FORMAT writes the whole gallery in another format
+ * instead:
  *   SVG      device "SVG", the file's extension .eps or .ps replaced by .svg;
  *   PDF      device "PDF", the extension replaced by .pdf;
+ *   PNG      device "PNG", the extension replaced by .png: anti-aliased (unless
+ *            ZORVEL_GALLERY_ANTIALIAS is OFF), dark on white paper (scrmod "REVERS"),
+ *            at 100 dots per inch;
  *   PS, EPS  the example's own PostScript device and file, as when the variable is unset.
  * The value is matched without regard to case; any other value is reported on standard
  * error and the example writes its default output. tools/gallery.sh runs the gallery once
- * per format. The Java twins in examples/java/ carry the same helper (galleryOutput), so
+ * per format. The Java twins in examples/java/ share the same helper (Gallery.java), so
  * that they write the same files as the C examples in every format. */
 #ifndef ZORVEL_EXAMPLES_GALLERY_H
 #define ZORVEL_EXAMPLES_GALLERY_H
@@ -31,6 +34,7 @@ static int gallery_same_word(const char* a, const char* b) {
 static void gallery_output(const char* device, const char* file) {
   const char* format = getenv("ZORVEL_GALLERY_FORMAT");
   const char* ext = NULL;
+  int png = 0;
   char name[256];
   if (format != NULL && format[0] != '\0') {
     if (gallery_same_word(format, "SVG")) {
@@ -39,8 +43,12 @@ static void gallery_output(const char* device, const char* file) {
     } else if (gallery_same_word(format, "PDF")) {
       device = "PDF";
       ext = ".pdf";
+    } else if (gallery_same_word(format, "PNG")) {
+      device = "PNG";
+      ext = ".png";
+      png = 1;
     } else if (!gallery_same_word(format, "PS") && !gallery_same_word(format, "EPS")) {
-      fprintf(stderr, "ZORVEL_GALLERY_FORMAT=%s is none of SVG, PDF, PS, EPS: writing %s\n",
+      fprintf(stderr, "ZORVEL_GALLERY_FORMAT=%s is none of SVG, PDF, PNG, PS, EPS: writing %s\n",
               format, file);
     }
   }
@@ -56,6 +64,14 @@ static void gallery_output(const char* device, const char* file) {
   }
   metafl(device);
   setfil(file);
+  if (png) {
+    const char* smooth = getenv("ZORVEL_GALLERY_ANTIALIAS");
+    scrmod("REVERS");
+    imgdpi(100);
+    if (smooth == NULL || !gallery_same_word(smooth, "OFF")) {
+      imgopt("ON", "ANTI");
+    }
+  }
 }
 
 #endif

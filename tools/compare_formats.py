@@ -1,17 +1,19 @@
 #!/usr/bin/python3
-"""Compares the pages of the gallery in its vector formats by rendering them.
+"""Compares the pages of the gallery in its formats by rendering them.
 
 tools/gallery.sh writes every page of the gallery as PostScript/EPS into a folder, as SVG
-into <folder>/svg/ and as PDF into <folder>/pdf/. This script renders each page in every
-format it was written in, at one pixel size, and prints a difference score for each page
-and pair of formats (PS-SVG, PS-PDF, SVG-PDF).
+into <folder>/svg/, as PDF into <folder>/pdf/ and as PNG into <folder>/png/. This script
+renders each page in every format it was written in, at one pixel size, and prints a
+difference score for each page and pair of formats (PS-SVG, PS-PDF, SVG-PDF, PS-PNG,
+SVG-PNG).
 
 Rendering (in colour, anti-aliased; the scores make the images grey by one formula):
   EPS  gs -dEPSCrop: the figure's bounding box;
   PS   gs on a sheet as large as the bounding box's upper right corner, cropped to the box
        (the box covers the page on the sheet; every page of a file has the same box);
   SVG  rsvg-convert -w W -h H on white;
-  PDF  pdftoppm -scale-to-x W -scale-to-y H.
+  PDF  pdftoppm -scale-to-x W -scale-to-y H;
+  PNG  the image itself, scaled to W x H.
 The PostScript devices turn a landscape page onto the portrait sheet: a page whose
 rendering is upright where the SVG (or else the PDF) page is landscape, or the other way
 round, is turned back clockwise before it is compared. W x H has the reference page's
@@ -19,8 +21,8 @@ proportions (SVG, else PDF, else PS) and --size pixels along its longer side; th
 PostScript renderings are scaled to it. Pages whose proportions differ by more than 1 %
 are reported (they are compared stretched).
 
-Pages: an EPS file is one page, a PS or PDF file one page per page. The SVG device writes
-each page to a file of its own: the first page in the file named, the following ones in
+Pages: an EPS file is one page, a PS or PDF file one page per page. The SVG and PNG
+devices write each page to a file of its own: the first page in the file named, the following ones in
 versioned files whose name is shortened to make room for the number (ps_pages.svg,
 ps_pag_1.svg, ps_pag_2.svg; font_chart.svg, font_c_1.svg, ..., font__59.svg). Pages are
 matched by their order: the file named, then the versions by number. A file missing in
@@ -49,10 +51,11 @@ Usage:
   compare_formats.py [options] FOLDER
       compares the pages in FOLDER, FOLDER/svg and FOLDER/pdf;
   compare_formats.py [options] --run WORK PROGRAM...
-      runs each program (gallery examples) three times, with ZORVEL_GALLERY_FORMAT unset,
-      =SVG and =PDF, into WORK, WORK/svg and WORK/pdf, then compares WORK. Exits with 77
-      (skipped) when the SVG or PDF device is not available yet (warning 183).
-Options: --size N (1000), --blur R (1.5), --diff T (0.25), --reach N (2),
+      runs each program (gallery examples) once per format, with ZORVEL_GALLERY_FORMAT
+      unset, =SVG, =PDF and =PNG, into WORK, WORK/svg, WORK/pdf and WORK/png, then
+      compares WORK. Exits with 77 (skipped) when a device is not available yet (warning
+      183). --formats svg,png runs only those besides PostScript.
+Options: --formats LIST (svg,pdf,png), --size N (1000), --blur R (1.5), --diff T (0.25), --reach N (2),
   --max-ink S (0.002), --max-mad S (0.03), --keep DIR (the renderings of each page are
   kept there side by side as one PNG, in the order PS, SVG, PDF).
 Exit status: 0 all pairs within the thresholds, 1 a pair above them or a page missing in
@@ -74,7 +77,7 @@ from PIL import Image, ImageFilter
 SKIP = 77
 FAINT = 0.05  # less ink than this is no ink
 PS_RENDERED = {}  # (file, resolution): the pattern of its rendered pages' files
-FORMATS = ("ps", "svg", "pdf")
+FORMATS = ("ps", "svg", "pdf", "png")
 TOOLS = {"ps": "gs", "svg": "rsvg-convert", "pdf": "pdftoppm"}
 
 
@@ -120,14 +123,14 @@ def svg_size(path):
     return num(root.get("width")), num(root.get("height"))
 
 
-def svg_pages(stem, npages, files):
-    """The SVG files of a document's pages in order: the file named, then its versions."""
-    pages = [stem + ".svg"] if stem + ".svg" in files else []
+def page_files(stem, npages, files, ext):
+    """The files of a document's pages in order: the file named, then its versions."""
+    pages = [stem + ext] if stem + ext in files else []
     if npages > 1:
         versions = []
         for f in files:
-            m = re.fullmatch(r"(.+?)[_-]?0*(\d+)\.svg", f)
-            if m and f != stem + ".svg" and stem.startswith(m.group(1)):
+            m = re.fullmatch(r"(.+?)[_-]?0*(\d+)" + re.escape(ext), f)
+            if m and f != stem + ext and stem.startswith(m.group(1)):
                 versions.append((int(m.group(2)), f))
         pages += [f for _, f in sorted(versions)]
     return pages
@@ -151,23 +154,26 @@ def collect(folder):
                 path = os.path.join(pdf_dir, f)
                 docs.setdefault(f[:-4], {})["pdf"] = [
                     (path, i, s) for i, s in enumerate(pdf_page_sizes(path))]
-    svg_dir = os.path.join(folder, "svg")
-    if os.path.isdir(svg_dir):
-        files = sorted(f for f in os.listdir(svg_dir) if f.endswith(".svg"))
+    for fmt, size in (("svg", svg_size), ("png", lambda p: Image.open(p).size)):
+        sub = os.path.join(folder, fmt)
+        if not os.path.isdir(sub):
+            continue
+        ext = "." + fmt
+        files = sorted(f for f in os.listdir(sub) if f.endswith(ext))
         claimed = set()
         # Documents of several pages first, so that their versioned files are theirs.
         order = sorted(docs, key=lambda s: -max(len(p) for p in docs[s].values()))
         for stem in order:
-            n = max(len(p) for p in docs[stem].values())
-            pages = [f for f in svg_pages(stem, n, files) if f not in claimed]
+            n = max(len(p) for f, p in docs[stem].items() if f != fmt)
+            pages = [f for f in page_files(stem, n, files, ext) if f not in claimed]
             if pages:
                 claimed.update(pages)
-                docs[stem]["svg"] = [(os.path.join(svg_dir, f), 0,
-                                      svg_size(os.path.join(svg_dir, f))) for f in pages]
+                docs[stem][fmt] = [(os.path.join(sub, f), 0, size(os.path.join(sub, f)))
+                                   for f in pages]
         for f in files:
             if f not in claimed:
-                path = os.path.join(svg_dir, f)
-                docs.setdefault(f[:-4], {})["svg"] = [(path, 0, svg_size(path))]
+                path = os.path.join(sub, f)
+                docs.setdefault(f[:-len(ext)], {})[fmt] = [(path, 0, size(path))]
     return docs
 
 
@@ -184,7 +190,9 @@ def render(fmt, page, target, tmp, turn):
     w, h = target
     rw, rh = (h, w) if turn else (w, h)  # the rendering before it is turned
     out = os.path.join(tmp, "r.png")
-    if fmt == "svg":
+    if fmt == "png":
+        shutil.copyfile(path, out)
+    elif fmt == "svg":
         run(["rsvg-convert", "-w", str(rw), "-h", str(rh), "-b", "white", "-o", out, path])
     elif fmt == "pdf":
         run(["pdftoppm", "-png", "-f", str(index + 1), "-l", str(index + 1),
@@ -322,7 +330,8 @@ def compare(folder, args):
                         row.paste(imgs[f], (k * (target[0] + 10), 0))
                     row.save(os.path.join(args.keep, name.replace("#", "_p") + ".png"))
                 prepared = {f: prepare(img, args) for f, img in imgs.items()}
-                for fa, fb in (("ps", "svg"), ("ps", "pdf"), ("svg", "pdf")):
+                for fa, fb in (("ps", "svg"), ("ps", "pdf"), ("svg", "pdf"), ("ps", "png"),
+                               ("svg", "png")):
                     if fa in imgs and fb in imgs:
                         mad, over, ink = scores(prepared[fa], prepared[fb], args)
                         bad = ink > args.max_ink or mad > args.max_mad
@@ -342,12 +351,13 @@ def compare(folder, args):
     return 1 if failed or unmatched else 0
 
 
-def run_programs(work, programs):
-    """Runs the programs in every format; False when a device is not available."""
+def run_programs(work, programs, formats):
+    """Runs the programs in PostScript and the formats given; False when a device is not
+    available."""
     shutil.rmtree(work, ignore_errors=True)
     env = dict(os.environ, SOURCE_DATE_EPOCH=os.environ.get("SOURCE_DATE_EPOCH", "1700000000"))
     env.pop("ZORVEL_GALLERY_FORMAT", None)
-    for fmt, sub in (("", ""), ("SVG", "svg"), ("PDF", "pdf")):
+    for fmt, sub in [("", "")] + [(f.upper(), f) for f in formats]:
         d = os.path.join(work, sub)
         os.makedirs(d, exist_ok=True)
         e = dict(env, ZORVEL_GALLERY_FORMAT=fmt) if fmt else env
@@ -368,6 +378,7 @@ def main():
     ap.add_argument("folder")
     ap.add_argument("programs", nargs="*")
     ap.add_argument("--run", action="store_true")
+    ap.add_argument("--formats", default="svg,pdf,png")
     ap.add_argument("--size", type=int, default=1000)
     ap.add_argument("--blur", type=float, default=1.5)
     ap.add_argument("--diff", type=float, default=0.25)
@@ -380,7 +391,10 @@ def main():
         if args.run:
             if not args.programs:
                 ap.error("--run needs the programs to run")
-            if not run_programs(args.folder, args.programs):
+            formats = [f for f in args.formats.lower().split(",") if f]
+            if any(f not in FORMATS[1:] for f in formats):
+                ap.error("--formats takes svg, pdf and png")
+            if not run_programs(args.folder, args.programs, formats):
                 return SKIP
         elif args.programs:
             ap.error("programs are given only with --run")

@@ -3,12 +3,13 @@
 # folder given (default: gallery/ at the top of the repository). Builds in build/,
 # configured by tools/configure.sh as for tools/check.sh.
 #
-# The gallery is written three times: as the examples' own PostScript/EPS files into the
-# folder, then as SVG into <folder>/svg/ and as PDF into <folder>/pdf/ (the examples
-# choose the format from ZORVEL_GALLERY_FORMAT, see examples/gallery.h). A format whose
-# driver is not available yet is skipped with one line. The Java twins run in every
-# format into <folder>/java/, <folder>/svg/java/ and <folder>/pdf/java/ and compare their
-# files with the C examples'. tools/compare_formats.py <folder> then renders the pages
+# The gallery is written four times: as the examples' own PostScript/EPS files into the
+# folder, then as SVG into <folder>/svg/, as PDF into <folder>/pdf/ and as anti-aliased
+# PNG into <folder>/png/ (the examples choose the format from ZORVEL_GALLERY_FORMAT, see
+# examples/gallery.h). A format whose driver is not available yet is skipped with one
+# line. The Java twins run in every format into <folder>/java/, <folder>/svg/java/,
+# <folder>/pdf/java/ and <folder>/png/java/ and compare their files with the C
+# examples'. tools/compare_formats.py <folder> then renders the pages
 # of all formats and compares them.
 # Usage: tools/gallery.sh [output folder]
 set -euo pipefail
@@ -34,7 +35,7 @@ run_gallery() {  # folder: every C example, then the Java twins
 
 # Tells whether the device of a format writes files: the smallest example, run in a
 # scratch folder, must write its file and not give warning 183 (device not available).
-format_available() {  # SVG | PDF
+format_available() {  # SVG | PDF | PNG
   local probe log ext
   probe=$(mktemp -d)
   ext=$(echo "$1" | tr '[:upper:]' '[:lower:]')
@@ -49,7 +50,7 @@ format_available() {  # SVG | PDF
 
 unset ZORVEL_GALLERY_FORMAT
 run_gallery "$out"
-for format in SVG PDF; do
+for format in SVG PDF PNG; do
   dir=$out/$(echo "$format" | tr '[:upper:]' '[:lower:]')
   if ! format_available "$format"; then
     echo "== $format: skipped, its driver is not available yet (warning 183)"

@@ -6,39 +6,11 @@ import static zorvel.Zorvel.*;
 public final class Colours {
   private Colours() {}
 
-  // The device and the file, as examples/gallery.h chooses them for the C examples: the
-  // example's own PostScript output, or with ZORVEL_GALLERY_FORMAT=SVG or PDF that format,
-  // the file's extension .eps or .ps replaced.
-  private static void galleryOutput(String device, String file) {
-    String format = System.getenv("ZORVEL_GALLERY_FORMAT");
-    String ext = null;
-    if (format != null && !format.isEmpty()) {
-      if (format.equalsIgnoreCase("SVG")) {
-        device = "SVG";
-        ext = ".svg";
-      } else if (format.equalsIgnoreCase("PDF")) {
-        device = "PDF";
-        ext = ".pdf";
-      } else if (!format.equalsIgnoreCase("PS") && !format.equalsIgnoreCase("EPS")) {
-        System.err.println("ZORVEL_GALLERY_FORMAT=" + format
-            + " is none of SVG, PDF, PS, EPS: writing " + file);
-      }
-    }
-    if (ext != null) {
-      int dot = file.lastIndexOf('.');
-      String old = dot < 0 ? "" : file.substring(dot);
-      String stem = old.equals(".eps") || old.equals(".ps") ? file.substring(0, dot) : file;
-      file = stem + ext;
-    }
-    metafl(device);
-    setfil(file);
-  }
-
   public static void main(String[] args) {
     String[] tables = {"SMAL", "RAIN", "SPEC", "GREY", "RRAI", "RSPE", "RGRE", "VGA", "TEMP"};
     String[] names = {"WHIT", "RED", "GREE", "YELL", "BLUE", "ORAN", "CYAN", "MAGE", "BLAC",
                       "FORE", "BACK", "GRAY", "HALF"};
-    galleryOutput("PS", "colours.ps");
+    Gallery.output("PS", "colours.ps");
     filmod("DELE");
     zorini();
     height(50);

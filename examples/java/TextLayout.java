@@ -7,34 +7,6 @@ import static zorvel.Zorvel.*;
 public final class TextLayout {
   private TextLayout() {}
 
-  // The device and the file, as examples/gallery.h chooses them for the C examples: the
-  // example's own PostScript output, or with ZORVEL_GALLERY_FORMAT=SVG or PDF that format,
-  // the file's extension .eps or .ps replaced.
-  private static void galleryOutput(String device, String file) {
-    String format = System.getenv("ZORVEL_GALLERY_FORMAT");
-    String ext = null;
-    if (format != null && !format.isEmpty()) {
-      if (format.equalsIgnoreCase("SVG")) {
-        device = "SVG";
-        ext = ".svg";
-      } else if (format.equalsIgnoreCase("PDF")) {
-        device = "PDF";
-        ext = ".pdf";
-      } else if (!format.equalsIgnoreCase("PS") && !format.equalsIgnoreCase("EPS")) {
-        System.err.println("ZORVEL_GALLERY_FORMAT=" + format
-            + " is none of SVG, PDF, PS, EPS: writing " + file);
-      }
-    }
-    if (ext != null) {
-      int dot = file.lastIndexOf('.');
-      String old = dot < 0 ? "" : file.substring(dot);
-      String stem = old.equals(".eps") || old.equals(".ps") ? file.substring(0, dot) : file;
-      file = stem + ext;
-    }
-    metafl(device);
-    setfil(file);
-  }
-
   static void cross(int x, int y) {
     line(x - 20, y, x + 20, y);
     line(x, y - 20, x, y + 20);
@@ -43,7 +15,7 @@ public final class TextLayout {
   public static void main(String[] args) {
     String[] horiz = {"LEFT", "CENT", "RIGH"};
     String[] vert = {"TOP", "MIDD", "BOTT"};
-    galleryOutput("PS", "text_layout.ps");
+    Gallery.output("PS", "text_layout.ps");
     filmod("DELE");
     zorini();
     complx();

@@ -7,34 +7,6 @@ import static zorvel.Zorvel.*;
 public final class TextUtf8 {
   private TextUtf8() {}
 
-  // The device and the file, as examples/gallery.h chooses them for the C examples: the
-  // example's own PostScript output, or with ZORVEL_GALLERY_FORMAT=SVG or PDF that format,
-  // the file's extension .eps or .ps replaced.
-  private static void galleryOutput(String device, String file) {
-    String format = System.getenv("ZORVEL_GALLERY_FORMAT");
-    String ext = null;
-    if (format != null && !format.isEmpty()) {
-      if (format.equalsIgnoreCase("SVG")) {
-        device = "SVG";
-        ext = ".svg";
-      } else if (format.equalsIgnoreCase("PDF")) {
-        device = "PDF";
-        ext = ".pdf";
-      } else if (!format.equalsIgnoreCase("PS") && !format.equalsIgnoreCase("EPS")) {
-        System.err.println("ZORVEL_GALLERY_FORMAT=" + format
-            + " is none of SVG, PDF, PS, EPS: writing " + file);
-      }
-    }
-    if (ext != null) {
-      int dot = file.lastIndexOf('.');
-      String old = dot < 0 ? "" : file.substring(dot);
-      String stem = old.equals(".eps") || old.equals(".ps") ? file.substring(0, dot) : file;
-      file = stem + ext;
-    }
-    metafl(device);
-    setfil(file);
-  }
-
   private static final String[] LINES = {
       "Latin: \u00c4rger \u00fcber Stra\u00dfe, caf\u00e9, se\u00f1or, Fran\u00e7ais, \u00c5ngstr\u00f6m",
       "\u00c0 \u00c1 \u00c2 \u00c3 \u00c8 \u00c9 \u00ca \u00cc \u00cd \u00d2 \u00d3 \u00d4 \u00d5 \u00d9 \u00da \u00db \u00ff \u00a9 \u00a1 \u00bf",
@@ -43,7 +15,7 @@ public final class TextUtf8 {
       "Euro sign (no glyph, a blank): [\u20ac]"};
 
   public static void main(String[] args) {
-    galleryOutput("PS", "text_utf8.ps");
+    Gallery.output("PS", "text_utf8.ps");
     filmod("DELE");
     zorini();
     chacod("UTF8");
