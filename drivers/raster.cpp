@@ -16,6 +16,7 @@
 #include <cctype>
 #include <cmath>
 #include <string>
+#include <vector>
 
 #include "drivers/page_files.h"
 #include "raster/raster_page.h"
@@ -48,6 +49,8 @@ class RasterDriver final : public Driver {
 
  private:
   void end_line();
+  double snap(double v) const;
+  void release_held(bool snapped);
   bool thin() const { return !page_->antialias() && style_.width < 1.5; }
   void restyle();
   bool write_page(Sink* out);
@@ -70,6 +73,9 @@ class RasterDriver final : public Driver {
   // The open polyline: its last point (rounded, when not anti-aliasing) and whether it
   // has one.
   bool open_ = false;
+  bool rectilinear_ = false;  // anti-aliased: every segment so far is horizontal or vertical
+  std::vector<double> held_x_;  // ... and its points, held back until the line ends
+  std::vector<double> held_y_;
   double lx_ = 0.0;
   double ly_ = 0.0;
   bool failed_ = false;
@@ -142,23 +148,35 @@ void RasterDriver::point(double x, double y, Pen pen) {
       return;  // the next piece of the same polyline
     }
     end_line();
-    open_ = true;
-    lx_ = x;
-    ly_ = y;
-    if (!thin()) {
-      stroker_->move(x, y);
-    }
-    return;
   }
   if (!open_) {
     open_ = true;
-    lx_ = x;
-    ly_ = y;
-    if (!thin()) {
+    if (aa) {
+      rectilinear_ = true;
+      held_x_.clear();
+      held_y_.clear();
+      held_x_.push_back(x);
+      held_y_.push_back(y);
+    } else if (!thin()) {
       stroker_->move(x, y);
     }
+    lx_ = x;
+    ly_ = y;
+    if (pen == Pen::Move) {
+      return;
+    }
   }
-  if (thin()) {
+  if (aa) {
+    if (rectilinear_ && (x == lx_ || y == ly_)) {
+      held_x_.push_back(x);
+      held_y_.push_back(y);
+    } else {
+      if (rectilinear_) {
+        release_held(false);
+      }
+      stroker_->line(x, y);
+    }
+  } else if (thin()) {
     page_->line(static_cast<long long>(lx_), static_cast<long long>(ly_),
                 static_cast<long long>(x), static_cast<long long>(y));
   } else {
@@ -168,11 +186,39 @@ void RasterDriver::point(double x, double y, Pen pen) {
   ly_ = y;
 }
 
+// Anti-aliased lines made of horizontal and vertical segments only (frames, ticks, grid
+// lines) are held back until they end, then moved by less than half a pixel so that they
+// cover whole pixels: sharp instead of smeared over two rows at half strength. A line
+// that turns out to be oblique is drawn as it came.
+double RasterDriver::snap(double v) const {
+  const double w = std::max(1.0, std::round(style_.width));
+  return std::fmod(w, 2.0) == 1.0 ? std::round(v) : std::floor(v) + 0.5;
+}
+
+void RasterDriver::release_held(bool snapped) {
+  rectilinear_ = false;
+  const std::size_t n = held_x_.size();
+  for (std::size_t i = 0; i < n; ++i) {
+    const double x = snapped ? snap(held_x_[i]) : held_x_[i];
+    const double y = snapped ? snap(held_y_[i]) : held_y_[i];
+    if (i == 0) {
+      stroker_->move(x, y);
+    } else {
+      stroker_->line(x, y);
+    }
+  }
+  held_x_.clear();
+  held_y_.clear();
+}
+
 void RasterDriver::end_line() {
   if (!open_) {
     return;
   }
   open_ = false;
+  if (rectilinear_) {
+    release_held(true);
+  }
   if (stroker_->open()) {
     stroker_->finish();
     page_->paint(FillRule::NonZero);

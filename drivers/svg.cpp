@@ -25,8 +25,6 @@
 // lost. Output into a device or pipe (/dev/stdout), or into memory, has no name to
 // version: there the later pages draw over the first, as on an EPS figure.
 
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -39,10 +37,9 @@
 #include <string_view>
 #include <vector>
 
-#include <zlib.h>
-
 #include "core/format.h"
 #include "core/version.h"
+#include "drivers/image_files.h"
 #include "drivers/page_files.h"
 #include "drivers/registry.h"
 #include "drivers/text_writer.h"
@@ -228,109 +225,7 @@ FontStyle font_style(std::string_view face) {
 // Embedded images
 // ===============
 
-void put_u32(std::vector<std::uint8_t>& v, std::uint32_t x) {
-  v.push_back(static_cast<std::uint8_t>(x >> 24));
-  v.push_back(static_cast<std::uint8_t>(x >> 16));
-  v.push_back(static_cast<std::uint8_t>(x >> 8));
-  v.push_back(static_cast<std::uint8_t>(x));
-}
-
-// Appends a chunk: length, type, data, CRC of type and data.
-void put_chunk(std::vector<std::uint8_t>& png, const char (&type)[5],
-               const std::vector<std::uint8_t>& data) {
-  put_u32(png, static_cast<std::uint32_t>(data.size()));
-  const std::size_t from = png.size();
-  png.insert(png.end(), type, type + 4);
-  png.insert(png.end(), data.begin(), data.end());
-  const uLong crc = crc32_z(0L, png.data() + from, png.size() - from);
-  put_u32(png, static_cast<std::uint32_t>(crc));
-}
-
-// The filtered row of PNG filter type `type` (0 None, 1 Sub, 2 Up, 3 Average, 4 Paeth)
-// into `out`; `bpp` bytes a pixel, `prev` the row above (zeros for the first).
-void filter_row(int type, const std::uint8_t* row, const std::uint8_t* prev, std::size_t n,
-                std::size_t bpp, std::uint8_t* out) {
-  for (std::size_t i = 0; i < n; ++i) {
-    const int a = i >= bpp ? row[i - bpp] : 0;
-    const int b = prev[i];
-    const int c = i >= bpp ? prev[i - bpp] : 0;
-    int predicted = 0;
-    switch (type) {
-      case 1:
-        predicted = a;
-        break;
-      case 2:
-        predicted = b;
-        break;
-      case 3:
-        predicted = (a + b) / 2;
-        break;
-      case 4: {
-        const int pa = std::abs(b - c);
-        const int pb = std::abs(a - c);
-        const int pc = std::abs(a + b - 2 * c);
-        predicted = pa <= pb && pa <= pc ? a : pb <= pc ? b : c;
-        break;
-      }
-      default:
-        break;
-    }
-    out[i] = static_cast<std::uint8_t>(row[i] - predicted);
-  }
-}
-
-// The pixels as a PNG file: 8 bits per channel, RGB or RGBA, each row with the filter
-// whose bytes sum smallest as signed values (the usual choice of PNG writers), deflated
-// by zlib. Empty when zlib fails.
-std::vector<std::uint8_t> encode_png(const Image& img) {
-  const auto bpp = static_cast<std::size_t>(img.channels);
-  const std::size_t n = static_cast<std::size_t>(img.width) * bpp;
-  std::vector<std::uint8_t> raw((n + 1) * static_cast<std::size_t>(img.height));
-  std::vector<std::uint8_t> zeros(n, 0);
-  std::vector<std::uint8_t> trial(n);
-  const std::uint8_t* prev = zeros.data();
-  for (int j = 0; j < img.height; ++j) {
-    const std::uint8_t* row = img.pixels + static_cast<std::size_t>(j) * img.stride;
-    std::uint8_t* out = raw.data() + static_cast<std::size_t>(j) * (n + 1);
-    long best = -1;
-    for (int type = 0; type <= 4; ++type) {
-      filter_row(type, row, prev, n, bpp, trial.data());
-      long sum = 0;
-      for (std::uint8_t v : trial) {
-        sum += v < 128 ? v : 256 - v;
-      }
-      if (best < 0 || sum < best) {
-        best = sum;
-        out[0] = static_cast<std::uint8_t>(type);
-        std::copy(trial.begin(), trial.end(), out + 1);
-      }
-    }
-    prev = row;
-  }
-  uLongf size = compressBound(static_cast<uLong>(raw.size()));
-  std::vector<std::uint8_t> idat(size);
-  if (compress2(idat.data(), &size, raw.data(), static_cast<uLong>(raw.size()),
-                Z_DEFAULT_COMPRESSION) != Z_OK) {
-    return {};
-  }
-  idat.resize(size);
-  if (idat.size() > 0x7fffffffU) {
-    return {};  // beyond the length of a PNG chunk
-  }
-  std::vector<std::uint8_t> header;
-  put_u32(header, static_cast<std::uint32_t>(img.width));
-  put_u32(header, static_cast<std::uint32_t>(img.height));
-  header.push_back(8);                          // bits per channel
-  header.push_back(img.channels == 4 ? 6 : 2);  // colour type: RGBA or RGB
-  header.push_back(0);                          // deflate
-  header.push_back(0);                          // adaptive filtering
-  header.push_back(0);                          // not interlaced
-  std::vector<std::uint8_t> png = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1a, '\n'};
-  put_chunk(png, "IHDR", header);
-  put_chunk(png, "IDAT", idat);
-  put_chunk(png, "IEND", {});
-  return png;
-}
+// (The PNG encoder is drivers/png.cpp.)
 
 // Base64 of the bytes, in lines of 76 characters.
 std::string base64_lines(const std::vector<std::uint8_t>& bytes) {

@@ -14,7 +14,7 @@
 
 #include "zorvel.h"
 
-static void page(void) {
+static void draw_page(void) {
   static double x[301], y1[301], y2[301];
   char cbuf[2 * 16 + 1];
   int i;
@@ -48,10 +48,8 @@ static void one_format(const char* device, const char* file, int smooth) {
   scrmod("REVERS");
   zorini();
   errmod("PROT", "OFF");
-  if (smooth) {
-    imgopt("ON", "ANTI");
-  }
-  page();
+  imgopt(smooth ? "ON" : "OFF", "ANTI"); /* the setting stays for later plots */
+  draw_page();
   zorfin();
 }
 
@@ -74,7 +72,7 @@ int main(void) {
   zorini();
   errmod("PROT", "OFF");
   imgopt("ON", "ANTI");
-  page();
+  draw_page();
   getimg(&nw, &nh);
   imgini();
   rpixel(nw / 2, nh / 2, &nclr);

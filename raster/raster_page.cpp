@@ -295,9 +295,9 @@ void RasterPage::edge(double x0, double y0, double x1, double y1) {
   }
   const double dxdy = (x1 - x0) / (y1 - y0);
   if (antialias_) {
-    cover(x0, y0, x1, y1, dxdy, dir);
+    cover(x0, y0, y1, dxdy, dir);
   } else {
-    sample(x0, y0, x1, y1, dxdy, dir);
+    sample(x0, y0, y1, dxdy, dir);
   }
 }
 
@@ -305,7 +305,7 @@ void RasterPage::edge(double x0, double y0, double x1, double y1) {
 // the left covers every pixel to its right as an edge at x = 0 would; one on the right
 // covers nothing on the page, yet the rows it crosses must be swept to the page's right
 // side.
-void RasterPage::cover(double x0, double y0, double x1, double y1, double dxdy, float dir) {
+void RasterPage::cover(double x0, double y0, double y1, double dxdy, float dir) {
   const double w = w_;
   double cut[4] = {y0, y1, y1, y1};
   int ncut = 1;
@@ -356,8 +356,7 @@ void RasterPage::cover(double x0, double y0, double x1, double y1, double dxdy, 
 // Point sampling at pixel centres: the rows whose centres the edge crosses (half-open,
 // so that an edge ending on a centre counts once) change the winding from the first
 // pixel whose centre lies right of the crossing.
-void RasterPage::sample(double x0, double y0, double x1, double y1, double dxdy, float dir) {
-  (void)x1;
+void RasterPage::sample(double x0, double y0, double y1, double dxdy, float dir) {
   const double h = h_;
   const int ja = static_cast<int>(std::clamp(std::ceil(y0 - 0.5), 0.0, h));
   const int jb = static_cast<int>(std::clamp(std::ceil(y1 - 0.5), 0.0, h)) - 1;
@@ -459,11 +458,11 @@ void RasterPage::image(const Image& img) {
   if (!(x1 > x0 && y1 > y0) || !std::isfinite(x0 + x1 + y0 + y1)) {
     return;
   }
-  // Page pixels whose centres lie inside the rectangle (edges at pixel boundaries).
-  const int i0 = static_cast<int>(std::clamp(std::ceil(x0 - 0.5), 0.0, static_cast<double>(w_)));
-  const int i1 = static_cast<int>(std::clamp(std::ceil(x1 - 0.5), 0.0, static_cast<double>(w_)));
-  const int j0 = static_cast<int>(std::clamp(std::ceil(y0 - 0.5), 0.0, static_cast<double>(h_)));
-  const int j1 = static_cast<int>(std::clamp(std::ceil(y1 - 0.5), 0.0, static_cast<double>(h_)));
+  // Page pixels whose centres lie inside the rectangle (left and top sides included).
+  const int i0 = static_cast<int>(std::clamp(std::ceil(x0), 0.0, static_cast<double>(w_)));
+  const int i1 = static_cast<int>(std::clamp(std::ceil(x1), 0.0, static_cast<double>(w_)));
+  const int j0 = static_cast<int>(std::clamp(std::ceil(y0), 0.0, static_cast<double>(h_)));
+  const int j1 = static_cast<int>(std::clamp(std::ceil(y1), 0.0, static_cast<double>(h_)));
   const bool flip_x = img.x0 > img.x1;
   const bool flip_y = img.y0 > img.y1;
   const double sx = img.width / (x1 - x0);

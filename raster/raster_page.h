@@ -74,8 +74,8 @@ class RasterPage {
   void image(const Image& img);
 
  private:
-  void cover(double x0, double y0, double x1, double y1, double dxdy, float dir);
-  void sample(double x0, double y0, double x1, double y1, double dxdy, float dir);
+  void cover(double x0, double y0, double y1, double dxdy, float dir);
+  void sample(double x0, double y0, double y1, double dxdy, float dir);
   void deposit(int j, double xa, double xb, float d);
   void touch(int j, int c0, int c1);
   void blend(std::uint8_t* p, unsigned alpha);  // alpha 0..65535 of the current colour

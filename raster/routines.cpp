@@ -33,6 +33,11 @@ RasterPage* accessible_page(GlobalBlock& g) {
   return &g.raster.page;
 }
 
+// Warning n with a page size as its two values.
+void warn_size(GlobalBlock& g, int n, double w, double h) {
+  warn(g, n, std::to_string(static_cast<long long>(w)), std::to_string(static_cast<long long>(h)));
+}
+
 bool pixel_in_page(GlobalBlock& g, const RasterPage& page, int ix, int iy, int n = 1) {
   return check_range(g, ix, 0, page.width() - n) && check_range(g, iy, 0, page.height() - 1);
 }
@@ -103,7 +108,7 @@ bool open_raster_page(GlobalBlock& g, DriverSetup& setup) {
     // Too large: the whole page, scaled down to the largest size allowed.
     const double f = std::min({kMaxRasterSide / w, kMaxRasterSide / h,
                                std::sqrt(static_cast<double>(kMaxRasterPixels) / pixels)});
-    warn(g, 231, static_cast<long long>(w), static_cast<long long>(h));
+    warn_size(g, 231, w, h);
     w = std::max(1.0, std::floor(w * f));
     h = std::max(1.0, std::floor(h * f));
     g.pipe.scale *= f;
@@ -113,7 +118,7 @@ bool open_raster_page(GlobalBlock& g, DriverSetup& setup) {
   }
   const Rgb background = setup.reversed ? Rgb{255, 255, 255} : Rgb{0, 0, 0};
   if (!r.page.allocate(static_cast<int>(w), static_cast<int>(h), background)) {
-    warn(g, 232, static_cast<long long>(w), static_cast<long long>(h));
+    warn_size(g, 232, w, h);
     return false;
   }
   r.page_open = true;
@@ -140,7 +145,7 @@ void imgsiz(GlobalBlock& g, int nw, int nh) {
     return;
   }
   if (static_cast<long long>(nw) * nh > kMaxRasterPixels) {
-    warn(g, 231, nw, nh);
+    warn_size(g, 231, nw, nh);
     return;
   }
   g.raster.width = nw;

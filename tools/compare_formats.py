@@ -17,7 +17,7 @@ Rendering (in colour, anti-aliased; the scores make the images grey by one formu
 The PostScript devices turn a landscape page onto the portrait sheet: a page whose
 rendering is upright where the SVG (or else the PDF) page is landscape, or the other way
 round, is turned back clockwise before it is compared. W x H has the reference page's
-proportions (SVG, else PDF, else PS) and --size pixels along its longer side; the
+proportions (SVG, else PDF, else PNG, else PS) and --size pixels along its longer side; the
 PostScript renderings are scaled to it. Pages whose proportions differ by more than 1 %
 are reported (they are compared stretched).
 
@@ -306,7 +306,7 @@ def compare(folder, args):
                       ", ".join(names)))
             for i in range(min(counts.values())):
                 pages = {f: have[f][i] for f in have}
-                ref = pages.get("svg") or pages.get("pdf") or pages["ps"]
+                ref = pages.get("svg") or pages.get("pdf") or pages.get("png") or pages["ps"]
                 rs = ref[2]
                 if landscape(rs):
                     target = (args.size, max(1, round(args.size * rs[1] / rs[0])))

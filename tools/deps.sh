@@ -7,10 +7,12 @@ packages=(
   cmake g++ clang libclang-rt-dev make pkg-config python3
   python3-numpy python3-pil  # tools/compare_formats.py and the browser check (/usr/bin/python3)
   libgtest-dev libgmock-dev
-  zlib1g-dev            # deflate of the PDF streams
+  zlib1g-dev            # deflate of the PDF streams and PNG files
+  libtiff-dev libgif-dev  # TIFF and GIF files
   ghostscript           # renders every PostScript/EPS file in the tests
   default-jdk-headless  # the Java binding
   libxml2-utils librsvg2-bin qpdf poppler-utils pngcheck
+  libtiff-tools giflib-tools netpbm imagemagick  # read the raster files (consumers.raster_writers)
   chromium              # one SVG page rendered by a browser (consumers.chromium)
   hp2xx                 # reads the HPGL files in the tests
 )

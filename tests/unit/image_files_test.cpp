@@ -1,0 +1,453 @@
+// The image-file writers, each file read back: PNG through zlib's inflate and the
+// filters undone here, GIF and TIFF through giflib and libtiff reading from memory, the
+// plain formats byte by byte, the PostScript image's exact header. Real viewers read the
+// same files in tests/consumers/raster.sh.
+
+#include <gif_lib.h>
+#include <gtest/gtest.h>
+#include <tiffio.h>
+#include <zlib.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "drivers/image_files.h"
+
+namespace zorvel {
+namespace {
+
+// A page of `colours` colours repeated pixel after pixel or, with colours = 0, of
+// thousands. Rows are 5 bytes longer than their pixels: a writer that ignores the stride
+// reads the wrong bytes.
+struct Page {
+  Page(int w, int h, int colours) : width(w), height(h), stride(3 * std::size_t(w) + 5) {
+    bytes.assign(stride * std::size_t(h), 0xEE);
+    for (int j = 0; j < h; ++j) {
+      for (int i = 0; i < w; ++i) {
+        const int n = colours > 0 ? (j * w + i) % colours : j * w + i;
+        std::uint8_t* p = at(i, j);
+        p[0] = std::uint8_t(colours > 0 ? n * 97 : n * 7 + j);  // 97 odd: 256 distinct
+        p[1] = std::uint8_t(colours > 0 ? n >> 8 : n * 13);
+        p[2] = std::uint8_t(colours > 0 ? 200 : n * 31 + i);
+      }
+    }
+  }
+  std::uint8_t* at(int i, int j) { return bytes.data() + std::size_t(j) * stride + 3 * i; }
+  PixelView view() const { return {bytes.data(), width, height, stride}; }
+  std::string rgb() const {  // the pixels without the row padding
+    std::string s;
+    for (int j = 0; j < height; ++j) {
+      s.append(reinterpret_cast<const char*>(bytes.data()) + std::size_t(j) * stride,
+               3 * std::size_t(width));
+    }
+    return s;
+  }
+  void scramble() {  // noise: nothing to compress
+    std::uint32_t seed = 1;
+    for (std::uint8_t& b : bytes) {
+      seed = seed * 1664525U + 1013904223U;
+      b = std::uint8_t(seed >> 24);
+    }
+  }
+
+  int width, height;
+  std::size_t stride;
+  std::vector<std::uint8_t> bytes;
+};
+
+std::uint32_t be32(const std::string& s, std::size_t at) {
+  std::uint32_t v = 0;
+  for (int k = 0; k < 4; ++k) {
+    v = v << 8 | static_cast<std::uint8_t>(s[at + std::size_t(k)]);
+  }
+  return v;
+}
+
+// A PNG file read back: its chunks checked (lengths, CRCs, order), the data inflated, the
+// filters undone, palette indices looked up.
+struct DecodedPng {
+  int colour_type = -1, depth = 0, idat_chunks = 0;
+  std::vector<int> filters;  // per row
+  std::string rgb;
+};
+
+DecodedPng decode_png(const std::string& f) {
+  DecodedPng d;
+  EXPECT_EQ(f.substr(0, 8), "\x89PNG\r\n\x1a\n");
+  std::string palette, z, type;
+  std::size_t w = 0, h = 0, at = 8;
+  for (; at + 12 <= f.size(); at += 12 + be32(f, at)) {
+    const std::uint32_t n = be32(f, at);
+    type = f.substr(at + 4, 4);
+    if (at + 12 + n > f.size()) {
+      break;  // a length past the end: the check below fails
+    }
+    EXPECT_EQ(be32(f, at + 8 + n), crc32(0, reinterpret_cast<const Bytef*>(&f[at + 4]), n + 4));
+    const std::string data = f.substr(at + 8, n);
+    if (type == "IHDR") {
+      w = be32(data, 0);
+      h = be32(data, 4);
+      d.depth = data[8];
+      d.colour_type = data[9];
+    } else if (type == "PLTE") {
+      palette = data;
+    } else if (type == "IDAT") {
+      EXPECT_LE(n, 65536U);
+      z += data;
+      ++d.idat_chunks;
+    }
+  }
+  EXPECT_EQ(at, f.size());
+  EXPECT_EQ(type, "IEND");
+  const std::size_t bpp = d.colour_type == 2 ? 3 : 1;
+  const std::size_t row = (w * bpp * std::size_t(d.depth) + 7) / 8;
+  std::vector<std::uint8_t> raw((row + 1) * h), prev(row, 0), cur(row);
+  uLongf size = raw.size();
+  EXPECT_EQ(uncompress(raw.data(), &size, reinterpret_cast<const Bytef*>(z.data()), z.size()),
+            Z_OK);
+  EXPECT_EQ(size, raw.size());
+  for (std::size_t j = 0; j < h; ++j) {
+    const std::uint8_t* in = &raw[j * (row + 1)];
+    d.filters.push_back(in[0]);
+    for (std::size_t k = 0; k < row; ++k) {
+      const int a = k >= bpp ? cur[k - bpp] : 0, b = prev[k], c = k >= bpp ? prev[k - bpp] : 0;
+      const int pa = std::abs(b - c), pb = std::abs(a - c), pc = std::abs(a + b - 2 * c);
+      const int predicted[] = {0, a, b, (a + b) / 2, pa <= pb && pa <= pc ? a : pb <= pc ? b : c};
+      cur[k] = std::uint8_t(in[1 + k] + predicted[in[0] % 5]);
+    }
+    for (std::size_t i = 0; i < w; ++i) {
+      if (d.colour_type == 2) {
+        d.rgb.append(reinterpret_cast<const char*>(&cur[3 * i]), 3);
+      } else {
+        const std::size_t bit = i * std::size_t(d.depth);
+        const int index = cur[bit / 8] >> (8 - d.depth - int(bit % 8)) & ((1 << d.depth) - 1);
+        d.rgb += palette.substr(3 * std::size_t(index), 3);
+      }
+    }
+    prev = cur;
+  }
+  return d;
+}
+
+TEST(ImageFiles, PngPaletteOrRgbByColourCount) {
+  // Catches a wrong colour count (the 257th colour missed, runs or repeated rows counted
+  // twice), a bit depth that cannot index the palette, indices packed in the wrong order
+  // or across a row's end (widths not a multiple of 8), filtered palette rows, chunks over
+  // 64 KiB or with a wrong length or CRC, and filters applied wrongly.
+  struct Case {
+    int colours, width, height, type, depth;
+  };
+  for (const Case c : {Case{2, 13, 5, 3, 1}, Case{3, 11, 4, 3, 2}, Case{16, 17, 9, 3, 4},
+                       Case{256, 31, 17, 3, 8}, Case{257, 31, 17, 2, 8}}) {
+    SCOPED_TRACE(c.colours);
+    const Page page(c.width, c.height, c.colours);
+    MemorySink out;
+    ASSERT_TRUE(write_png(out, page.view()));
+    const DecodedPng d = decode_png(out.bytes());
+    EXPECT_EQ(d.colour_type, c.type);
+    EXPECT_EQ(d.depth, c.depth);
+    EXPECT_EQ(d.rgb, page.rgb());
+    if (c.type == 3) {
+      EXPECT_EQ(std::count(d.filters.begin(), d.filters.end(), 0), c.height);
+    }
+  }
+  // Plain rows, then repeated rows of two colours, through encode_png (the SVG images).
+  Page plain(40, 30, 1);
+  for (int j = 20; j < 25; ++j) {
+    std::fill(plain.at(7, j), plain.at(9, j), 0);
+  }
+  const std::vector<std::uint8_t> block =
+      encode_png(Image{plain.bytes.data(), 40, 30, 3, plain.stride});
+  DecodedPng d = decode_png(std::string(block.begin(), block.end()));
+  EXPECT_EQ(d.depth, 1);
+  EXPECT_EQ(d.rgb, plain.rgb());
+  // Noise in several IDAT chunks, and smooth rows below it for the prediction filters.
+  Page rgb(300, 300, 0);
+  rgb.scramble();
+  for (int j = 200; j < 300; ++j) {
+    for (int i = 0; i < 300; ++i) {
+      std::uint8_t* p = rgb.at(i, j);
+      p[0] = std::uint8_t(i);
+      p[1] = std::uint8_t(j + i / 2);
+      p[2] = std::uint8_t(i * j / 64);
+    }
+  }
+  MemorySink out;
+  ASSERT_TRUE(write_png(out, rgb.view()));
+  d = decode_png(out.bytes());
+  EXPECT_EQ(d.colour_type, 2);
+  EXPECT_GE(d.idat_chunks, 3);
+  EXPECT_EQ(d.rgb, rgb.rgb());
+  EXPECT_GT(std::count_if(d.filters.begin(), d.filters.end(), [](int f) { return f != 0; }), 50);
+}
+
+TEST(ImageFiles, PlainFormatsByteForByte) {
+  // Catches BGR/RGB swapped, BMP rows not bottom-up or not padded to 4 bytes, a header
+  // field in the wrong place or byte order, and the stride ignored.
+  const Page page(3, 2, 0);
+  const std::string rgb = page.rgb();
+  MemorySink out;
+  ASSERT_TRUE(write_raw_image(out, page.view()));
+  EXPECT_EQ(out.bytes(), std::string("\0\0\0\3\0\0\0\2", 8) + rgb);
+  out.clear();
+  ASSERT_TRUE(write_ppm(out, page.view()));
+  EXPECT_EQ(out.bytes(), "P6\n3 2\n255\n" + rgb);
+  out.clear();
+  ASSERT_TRUE(write_bmp(out, page.view()));
+  std::string bmp(
+      "BM\x4e\0\0\0\0\0\0\0\x36\0\0\0"                          // size 78, offset 54
+      "\x28\0\0\0\3\0\0\0\2\0\0\0\1\0\x18\0\0\0\0\0\x18\0\0\0"  // 40, 3 x 2, 24 bits
+      "\xc4\x0e\0\0\xc4\x0e\0\0\0\0\0\0\0\0\0\0",               // 3780 a metre
+      54);
+  for (const int j : {1, 0}) {
+    for (int i = 0; i < 3; ++i) {
+      bmp += {rgb[std::size_t(9 * j + 3 * i + 2)], rgb[std::size_t(9 * j + 3 * i + 1)],
+              rgb[std::size_t(9 * j + 3 * i)]};
+    }
+    bmp += std::string(3, '\0');
+  }
+  EXPECT_EQ(out.bytes(), bmp);
+}
+
+// A file in memory for giflib's and libtiff's readers.
+struct Reader {
+  const std::string& bytes;
+  std::size_t pos = 0;
+  std::size_t read(void* buf, std::size_t n) {
+    n = pos < bytes.size() ? std::min(n, bytes.size() - pos) : 0;
+    std::memcpy(buf, bytes.data() + pos, n);
+    pos += n;
+    return n;
+  }
+};
+
+// The GIF's pixels as RGB, and the size of its colour map.
+std::string read_gif(const std::string& file, int* map_size) {
+  Reader r{file};
+  int error = 0;
+  GifFileType* gif = DGifOpen(
+      &r,
+      [](GifFileType* g, GifByteType* buf, int n) {
+        return int(static_cast<Reader*>(g->UserData)->read(buf, std::size_t(n)));
+      },
+      &error);
+  if (gif == nullptr || DGifSlurp(gif) != GIF_OK || gif->ImageCount != 1 || !gif->SColorMap) {
+    ADD_FAILURE() << "giflib cannot read the file";
+    DGifCloseFile(gif, &error);
+    return {};
+  }
+  std::string rgb;
+  *map_size = gif->SColorMap->ColorCount;
+  const SavedImage& im = gif->SavedImages[0];
+  for (int k = 0; k < im.ImageDesc.Width * im.ImageDesc.Height; ++k) {
+    const GifColorType c = gif->SColorMap->Colors[im.RasterBits[k]];
+    rgb += {char(c.Red), char(c.Green), char(c.Blue)};
+  }
+  DGifCloseFile(gif, &error);
+  return rgb;
+}
+
+TEST(ImageFiles, GifExactOrNearestTableColour) {
+  // Catches a page of few colours not kept exactly, a colour map whose size is not a
+  // power of two (giflib refuses it) and a nearest-colour cache that answers differently
+  // from a search of the whole table (the cells' candidate lists too short).
+  for (const int colours : {1, 3, 256}) {
+    SCOPED_TRACE(colours);
+    const Page page(19, 15, colours);
+    MemorySink out;
+    ASSERT_TRUE(write_gif(out, page.view(), {}));
+    int map_size = 0;
+    EXPECT_EQ(read_gif(out.bytes(), &map_size), page.rgb());
+    EXPECT_EQ(map_size, colours == 1 ? 2 : colours == 3 ? 4 : 256);
+  }
+  std::vector<Rgb> table(256);
+  for (int i = 0; i < 256; ++i) {
+    table[std::size_t(i)] = Rgb{i * 37 % 256, i * 101 % 256, i * 53 % 251};
+  }
+  table[9] = table[200];  // equally near entries: the first counts
+  const Page page(120, 90, 0);
+  MemorySink out;
+  ASSERT_TRUE(write_gif(out, page.view(), table));
+  int map_size = 0;
+  const std::string got = read_gif(out.bytes(), &map_size), want = page.rgb();
+  ASSERT_EQ(got.size(), want.size());
+  for (std::size_t k = 0; k < want.size(); k += 3) {
+    const auto d = [&](const Rgb& t) {
+      const int dr = std::uint8_t(want[k]) - t.r, dg = std::uint8_t(want[k + 1]) - t.g,
+                db = std::uint8_t(want[k + 2]) - t.b;
+      return dr * dr + dg * dg + db * db;
+    };
+    const Rgb& t = *std::min_element(table.begin(), table.end(),
+                                     [&](const Rgb& a, const Rgb& b) { return d(a) < d(b); });
+    ASSERT_EQ(got.substr(k, 3), (std::string{char(t.r), char(t.g), char(t.b)})) << k / 3;
+  }
+}
+
+TEST(ImageFiles, TiffReadBackByLibtiff) {
+  // Catches a strip layout libtiff cannot read (rows per strip against the strips
+  // written, a short last strip), the predictor lost, the resolution or Software tags
+  // missing, and pixels changed by any of the compressions.
+  const Page page(300, 100, 0);  // 900 bytes a row: 72 rows a strip, the second short
+  for (const auto c : {TiffCompression::Deflate, TiffCompression::Lzw, TiffCompression::None}) {
+    SCOPED_TRACE(int(c));
+    MemorySink out;
+    ASSERT_TRUE(write_tiff(out, page.view(), c));
+    Reader r{out.bytes()};
+    TIFF* tif = TIFFClientOpen(
+        "memory", "r", &r,
+        [](thandle_t h, void* buf, tmsize_t n) {
+          return tmsize_t(static_cast<Reader*>(h)->read(buf, std::size_t(n)));
+        },
+        [](thandle_t, void*, tmsize_t) { return tmsize_t{-1}; },
+        [](thandle_t h, toff_t off, int whence) {
+          auto* f = static_cast<Reader*>(h);
+          f->pos = (whence == SEEK_SET ? 0 : whence == SEEK_CUR ? f->pos : f->bytes.size()) + off;
+          return toff_t{f->pos};
+        },
+        [](thandle_t) { return 0; },
+        [](thandle_t h) { return toff_t{static_cast<Reader*>(h)->bytes.size()}; },
+        [](thandle_t, void**, toff_t*) { return 0; }, [](thandle_t, void*, toff_t) {});
+    ASSERT_NE(tif, nullptr);
+    std::uint16_t compression = 0, predictor = 0, unit = 0;
+    std::uint32_t rows = 0;
+    float xres = 0, yres = 0;
+    char* software = nullptr;
+    TIFFGetField(tif, TIFFTAG_COMPRESSION, &compression);
+    TIFFGetField(tif, TIFFTAG_ROWSPERSTRIP, &rows);
+    TIFFGetField(tif, TIFFTAG_XRESOLUTION, &xres);
+    TIFFGetField(tif, TIFFTAG_YRESOLUTION, &yres);
+    TIFFGetField(tif, TIFFTAG_RESOLUTIONUNIT, &unit);
+    TIFFGetField(tif, TIFFTAG_SOFTWARE, &software);
+    EXPECT_EQ(compression, c == TiffCompression::Deflate ? COMPRESSION_ADOBE_DEFLATE
+                           : c == TiffCompression::Lzw   ? COMPRESSION_LZW
+                                                         : COMPRESSION_NONE);
+    if (c != TiffCompression::None) {  // without a codec, libtiff knows no predictor
+      TIFFGetField(tif, TIFFTAG_PREDICTOR, &predictor);
+      EXPECT_EQ(predictor, PREDICTOR_HORIZONTAL);
+    }
+    EXPECT_EQ(rows, 72U);
+    EXPECT_EQ(TIFFNumberOfStrips(tif), 2U);
+    EXPECT_EQ(xres, 96.0f);
+    EXPECT_EQ(yres, 96.0f);
+    EXPECT_EQ(unit, RESUNIT_INCH);
+    EXPECT_STREQ(software, "Zorvel");
+    std::vector<std::uint32_t> abgr(300 * 100);
+    ASSERT_EQ(TIFFReadRGBAImageOriented(tif, 300, 100, abgr.data(), ORIENTATION_TOPLEFT, 0), 1);
+    std::string rgb;
+    for (const std::uint32_t p : abgr) {
+      rgb += {char(TIFFGetR(p)), char(TIFFGetG(p)), char(TIFFGetB(p))};
+    }
+    EXPECT_EQ(rgb, page.rgb());
+    TIFFClose(tif);
+  }
+}
+
+TEST(ImageFiles, PostScriptImageHeader) {
+  // Catches a change of the header lines (the box, the turn of a landscape image, the
+  // scale that keeps the aspect ratio, the image matrix that puts the first row on top)
+  // and hexadecimal lines not of 80 digits or not ended by the filter's ">".
+  const Page landscape(4, 2, 0);
+  MemorySink out;
+  ASSERT_TRUE(write_ps_image(out, landscape.view(), {}));
+  std::string hex;
+  for (const char c : landscape.rgb()) {
+    hex += {"0123456789ABCDEF"[std::uint8_t(c) >> 4], "0123456789ABCDEF"[c & 15]};
+  }
+  EXPECT_EQ(out.bytes(),
+            "%!PS-Adobe-2.0\n"
+            "%%BoundingBox: 21 28 575 823\n"
+            "%%Creator: ZORVEL  10.3\n"
+            "21.260 28.346 translate\n"
+            "/DeviceRGB setcolorspace\n"
+            "gsave\n"
+            "552.756 0.000 translate\n"
+            "90 rotate\n"
+            "793.701 396.850 scale\n"
+            "<<\n/ImageType 1\n/Width 4\n/Height 2\n/BitsPerComponent 8\n"
+            "/Decode [0 1 0 1 0 1]\n/ImageMatrix [4 0 0 -2 0 2]\n"
+            "/DataSource currentfile /ASCIIHexDecode filter\n>> image\n" +
+                hex + "\n> grestore showpage\n");
+  // Portrait at the user's (negative) offset and box; 42 bytes of pixels make a line of
+  // 80 digits and one of 4.
+  const Page portrait(2, 7, 0);
+  out.clear();
+  ASSERT_TRUE(write_ps_image(out, portrait.view(), {true, -40, 50, true, 1000, 2000}));
+  const std::string& s = out.bytes();
+  EXPECT_EQ(s.substr(0, s.find("/ImageType")),
+            "%!PS-Adobe-2.0\n"
+            "%%BoundingBox: -6 7 137 291\n"
+            "%%Creator: ZORVEL  10.3\n"
+            "-5.669 7.087 translate\n"
+            "/DeviceRGB setcolorspace\n"
+            "gsave\n"
+            "0.000 0.000 translate\n"
+            "80.990 283.465 scale\n"
+            "<<\n");
+  const std::size_t data = s.find(">> image\n") + 9;
+  EXPECT_EQ(s.find('\n', data), data + 80);
+  EXPECT_EQ(s.substr(data + 81), s.substr(data + 81, 4) + "\n> grestore showpage\n");
+}
+
+// A sink that takes `budget` bytes and fails every write after them.
+struct FailingSink final : Sink {
+  explicit FailingSink(std::size_t budget) : budget(budget) {}
+  bool write(const char*, std::size_t n) override {
+    const bool ok = n <= budget;
+    budget = ok ? budget - n : 0;
+    return ok;
+  }
+  std::size_t budget;
+};
+
+TEST(ImageFiles, FailuresAndLimits) {
+  // Catches a writer that reports success after a failed write (at the start or in the
+  // middle of the pixels), that writes anything for a page it cannot hold, or that reads
+  // the pixels of a page too large for its format before refusing it.
+  std::vector<Rgb> table(256);
+  for (int i = 0; i < 256; ++i) {
+    table[std::size_t(i)] = Rgb{i, i, i};
+  }
+  const std::function<bool(Sink&, const PixelView&)> writers[] = {
+      [](Sink& s, const PixelView& p) { return write_png(s, p); },
+      [](Sink& s, const PixelView& p) { return write_tiff(s, p, TiffCompression::Deflate); },
+      [](Sink& s, const PixelView& p) { return write_tiff(s, p, TiffCompression::None); },
+      [&](Sink& s, const PixelView& p) { return write_gif(s, p, table); },
+      [](Sink& s, const PixelView& p) { return write_bmp(s, p); },
+      [](Sink& s, const PixelView& p) { return write_ppm(s, p); },
+      [](Sink& s, const PixelView& p) { return write_raw_image(s, p); },
+      [](Sink& s, const PixelView& p) { return write_ps_image(s, p, {}); },
+  };
+  Page noise(128, 128, 0);
+  noise.scramble();
+  const std::uint8_t pixel[3] = {1, 2, 3};
+  for (const auto& write : writers) {
+    SCOPED_TRACE(&write - writers);
+    for (const std::size_t budget : {0, 40, 3000}) {
+      FailingSink failing(budget);
+      EXPECT_FALSE(write(failing, noise.view())) << budget;
+    }
+    for (const PixelView bad : {PixelView{pixel, 0, 1, 3}, PixelView{pixel, 1, 0, 3},
+                                PixelView{nullptr, 1, 1, 3}, PixelView{pixel, 1, 1, 2}}) {
+      MemorySink out;
+      EXPECT_FALSE(write(out, bad));
+      EXPECT_TRUE(out.bytes().empty());
+    }
+  }
+  // Beyond a format's size limits, refused before any pixel is read: GIF sides are 16
+  // bits, a BMP file must stay below 4 GiB, the PostScript box must not be empty; and a
+  // GIF of too many colours needs a table to map them to.
+  MemorySink out;
+  EXPECT_FALSE(write_gif(out, PixelView{pixel, 65536, 1, 3 * 65536}, table));
+  EXPECT_FALSE(write_bmp(out, PixelView{pixel, 40000, 40000, 3 * 40000}));
+  EXPECT_FALSE(write_ps_image(out, PixelView{pixel, 1, 1, 3}, {false, 0, 0, true, 0, 100}));
+  EXPECT_FALSE(write_gif(out, noise.view(), {}));
+  EXPECT_TRUE(out.bytes().empty());
+}
+
+}  // namespace
+}  // namespace zorvel
