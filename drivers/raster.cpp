@@ -7,6 +7,9 @@
 // rounded points. With anti-aliasing, points keep their sub-pixel positions and every
 // line is stroked as an outline whose exact coverage blends into the page.
 //
+// Anti-aliased lines up to two pixels wide, the most common by far, are drawn from each
+// pixel's distance to the segments (hairlines), wider ones as outlines.
+//
 // A polyline reaching the driver in pieces (each starts with a move to the last point of
 // the one before) is stroked as one: a move to the current point continues it.
 
@@ -24,6 +27,9 @@
 
 namespace zorvel {
 namespace {
+
+// Anti-aliased lines up to this width (pixels) are drawn as hairlines.
+constexpr double kHairlineWidth = 2.0;
 
 class RasterDriver final : public Driver {
  public:
@@ -51,6 +57,7 @@ class RasterDriver final : public Driver {
   void end_line();
   double snap(double v) const;
   void release_held(bool snapped);
+  void smooth_segment(double x0, double y0, double x1, double y1);
   bool thin() const { return !page_->antialias() && style_.width < 1.5; }
   void restyle();
   bool write_page(Sink* out);
@@ -73,6 +80,7 @@ class RasterDriver final : public Driver {
   // The open polyline: its last point (rounded, when not anti-aliasing) and whether it
   // has one.
   bool open_ = false;
+  bool hairlines_ = false;    // anti-aliased and thin: drawn as hairlines
   bool rectilinear_ = false;  // anti-aliased: every segment so far is horizontal or vertical
   std::vector<double> held_x_;  // ... and its points, held back until the line ends
   std::vector<double> held_y_;
@@ -152,6 +160,7 @@ void RasterDriver::point(double x, double y, Pen pen) {
   if (!open_) {
     open_ = true;
     if (aa) {
+      hairlines_ = style_.width <= kHairlineWidth;
       rectilinear_ = true;
       held_x_.clear();
       held_y_.clear();
@@ -174,7 +183,7 @@ void RasterDriver::point(double x, double y, Pen pen) {
       if (rectilinear_) {
         release_held(false);
       }
-      stroker_->line(x, y);
+      smooth_segment(lx_, ly_, x, y);
     }
   } else if (thin()) {
     page_->line(static_cast<long long>(lx_), static_cast<long long>(ly_),
@@ -198,17 +207,31 @@ double RasterDriver::snap(double v) const {
 void RasterDriver::release_held(bool snapped) {
   rectilinear_ = false;
   const std::size_t n = held_x_.size();
+  double px = 0.0;
+  double py = 0.0;
   for (std::size_t i = 0; i < n; ++i) {
     const double x = snapped ? snap(held_x_[i]) : held_x_[i];
     const double y = snapped ? snap(held_y_[i]) : held_y_[i];
-    if (i == 0) {
-      stroker_->move(x, y);
-    } else {
-      stroker_->line(x, y);
+    if (i > 0) {
+      smooth_segment(px, py, x, y);
     }
+    px = x;
+    py = y;
   }
   held_x_.clear();
   held_y_.clear();
+}
+
+// An anti-aliased segment: a hairline for thin lines, else a piece of the outline.
+void RasterDriver::smooth_segment(double x0, double y0, double x1, double y1) {
+  if (hairlines_) {
+    page_->hairline(x0, y0, x1, y1, style_.width);
+    return;
+  }
+  if (!stroker_->open()) {
+    stroker_->move(x0, y0);
+  }
+  stroker_->line(x1, y1);
 }
 
 void RasterDriver::end_line() {
@@ -219,7 +242,9 @@ void RasterDriver::end_line() {
   if (rectilinear_) {
     release_held(true);
   }
-  if (stroker_->open()) {
+  if (hairlines_) {
+    page_->paint_lines();
+  } else if (stroker_->open()) {
     stroker_->finish();
     page_->paint(FillRule::NonZero);
   }

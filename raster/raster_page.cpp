@@ -232,8 +232,9 @@ void RasterPage::deposit(int j, double xa, double xb, float d) {
   float* a = acc_.data() + static_cast<std::size_t>(j) * static_cast<std::size_t>(w_ + 2);
   const int c0 = static_cast<int>(xl);  // xl >= 0
   int c1 = 0;
-  if (xr - xl < 1e-9) {
-    const double f = xl - c0;
+  if (xr < c0 + 1.0) {
+    // Within one column the tent's share is linear: the edge's middle decides.
+    const double f = (xl + xr) * 0.5 - c0;
     a[c0] += static_cast<float>(d * (1.0 - f));
     a[c0 + 1] += static_cast<float>(d * f);
     c1 = c0 + 1;
@@ -258,22 +259,32 @@ void RasterPage::deposit(int j, double xa, double xb, float d) {
   touch(j, c0, c1);
 }
 
+// The coverage buffer, allocated on first use; false when memory is short (nothing can
+// be filled then, one-pixel lines still draw).
+bool RasterPage::coverage_buffer() {
+  if (!acc_.empty()) {
+    return true;
+  }
+  try {
+    acc_.assign(static_cast<std::size_t>(w_ + 2) * static_cast<std::size_t>(h_), 0.0F);
+    lo_.assign(static_cast<std::size_t>(h_), w_ + 2);
+    hi_.assign(static_cast<std::size_t>(h_), -1);
+  } catch (...) {
+    acc_ = {};
+    return false;
+  }
+  row_lo_ = h_;
+  row_hi_ = -1;
+  return true;
+}
+
 void RasterPage::edge(double x0, double y0, double x1, double y1) {
   if (empty() || !(std::isfinite(x0) && std::isfinite(y0) && std::isfinite(x1) &&
                    std::isfinite(y1))) {
     return;
   }
-  if (acc_.empty()) {
-    try {
-      acc_.assign(static_cast<std::size_t>(w_ + 2) * static_cast<std::size_t>(h_), 0.0F);
-      lo_.assign(static_cast<std::size_t>(h_), w_ + 2);
-      hi_.assign(static_cast<std::size_t>(h_), -1);
-    } catch (...) {
-      acc_ = {};
-      return;  // nothing can be filled; lines still draw
-    }
-    row_lo_ = h_;
-    row_hi_ = -1;
+  if (!coverage_buffer()) {
+    return;
   }
   // Pixel c spans [c, c + 1) from here on.
   const double shift = antialias_ ? 0.5 : 0.5 + kTieShift;
@@ -307,6 +318,21 @@ void RasterPage::edge(double x0, double y0, double x1, double y1) {
 // side.
 void RasterPage::cover(double x0, double y0, double y1, double dxdy, float dir) {
   const double w = w_;
+  const double xend = x0 + (y1 - y0) * dxdy;
+  if (x0 >= 0.0 && xend >= 0.0 && x0 <= w && xend <= w) {
+    // Wholly on the page across: row by row.
+    const int ja = static_cast<int>(std::clamp(std::floor(y0), 0.0, static_cast<double>(h_)));
+    const int jb = static_cast<int>(std::clamp(std::ceil(y1), 0.0, static_cast<double>(h_))) - 1;
+    for (int j = ja; j <= jb; ++j) {
+      const double ya = std::max(y0, static_cast<double>(j));
+      const double yb = std::min(y1, static_cast<double>(j) + 1.0);
+      if (yb > ya) {
+        deposit(j, std::clamp(x0 + (ya - y0) * dxdy, 0.0, w),
+                std::clamp(x0 + (yb - y0) * dxdy, 0.0, w), static_cast<float>(dir * (yb - ya)));
+      }
+    }
+    return;
+  }
   double cut[4] = {y0, y1, y1, y1};
   int ncut = 1;
   if (dxdy != 0.0) {
@@ -386,7 +412,13 @@ void RasterPage::polygon(const double* xs, const double* ys, std::size_t n) {
   }
 }
 
-void RasterPage::paint(FillRule rule) {
+void RasterPage::paint(FillRule rule) { composite(rule, true); }
+
+void RasterPage::paint_lines() { composite(FillRule::NonZero, false); }
+
+// Composites the coverage buffer: a running sum along each row (edges), or each cell's
+// own value (hairlines).
+void RasterPage::composite(FillRule rule, bool summed) {
   if (acc_.empty() || row_hi_ < row_lo_) {
     return;
   }
@@ -407,7 +439,7 @@ void RasterPage::paint(FillRule rule) {
     float sum = 0.0F;
     const int last = std::min(to, w_ - 1);
     for (int c = from; c <= last; ++c, px += 3) {
-      sum += a[c];
+      sum = summed ? sum + a[c] : a[c];
       a[c] = 0.0F;
       float cover = std::fabs(sum);
       if (even_odd) {
@@ -441,6 +473,101 @@ void RasterPage::paint(FillRule rule) {
   }
   row_lo_ = h_;
   row_hi_ = -1;
+}
+
+// Hairlines
+// =========
+
+void RasterPage::hairline(double x0, double y0, double x1, double y1, double width) {
+  if (empty() || !(std::isfinite(x0) && std::isfinite(y0) && std::isfinite(x1) &&
+                   std::isfinite(y1)) || !coverage_buffer()) {
+    return;
+  }
+  const double r = std::max(0.5, width * 0.5);
+  const double reach = r + 0.5;  // centres farther from the segment are not covered
+  const double reach2 = reach * reach;
+  // Cut to the page widened by the reach (Liang-Barsky): every loop below stays within
+  // the page.
+  double t0 = 0.0;
+  double t1 = 1.0;
+  const double dx = x1 - x0;
+  const double dy = y1 - y0;
+  const double p[4] = {-dx, dx, -dy, dy};
+  const double q[4] = {x0 + reach, w_ - 1 + reach - x0, y0 + reach, h_ - 1 + reach - y0};
+  for (int k = 0; k < 4; ++k) {
+    if (p[k] == 0.0) {
+      if (q[k] < 0.0) {
+        return;
+      }
+      continue;
+    }
+    const double t = q[k] / p[k];
+    if (p[k] < 0.0) {
+      t0 = std::max(t0, t);
+    } else {
+      t1 = std::min(t1, t);
+    }
+    if (t0 > t1) {
+      return;
+    }
+  }
+  const double ax = x0 + t0 * dx;
+  const double ay = y0 + t0 * dy;
+  const double bx = x0 + t1 * dx;
+  const double by = y0 + t1 * dy;
+  const double ux = bx - ax;
+  const double uy = by - ay;
+  const double len2 = ux * ux + uy * uy;
+  const bool along_x = std::fabs(ux) >= std::fabs(uy);
+  // Across the major axis, the pixels within reach of the line at each step.
+  const double len = std::sqrt(len2);
+  const double major = along_x ? std::fabs(ux) : std::fabs(uy);
+  const double span = major > 0.0 ? reach * len / major : reach;
+  const double lo = along_x ? std::min(ax, bx) : std::min(ay, by);
+  const double hi = along_x ? std::max(ax, bx) : std::max(ay, by);
+  const double limit_major = along_x ? w_ - 1 : h_ - 1;
+  const double limit_minor = along_x ? h_ - 1 : w_ - 1;
+  const int m0 = static_cast<int>(std::clamp(std::ceil(lo - reach), 0.0, limit_major));
+  const int m1 = static_cast<int>(std::clamp(std::floor(hi + reach), -1.0, limit_major));
+  const double slope = major > 0.0 ? (along_x ? uy / ux : ux / uy) : 0.0;
+  const double base_major = along_x ? ax : ay;
+  const double base_minor = along_x ? ay : ax;
+  const double inv = len2 > 0.0 ? 1.0 / len2 : 0.0;
+  const std::size_t row = static_cast<std::size_t>(w_ + 2);
+  // Raw pointers: the writes below cannot then be taken to change the vectors themselves.
+  float* const acc = acc_.data();
+  int* const lo_col = lo_.data();
+  int* const hi_col = hi_.data();
+  int first_row = row_lo_;
+  int last_row = row_hi_;
+  for (int m = m0; m <= m1; ++m) {
+    const double at = std::clamp(static_cast<double>(m), lo, hi);
+    const double centre = base_minor + (at - base_major) * slope;
+    const int n0 = static_cast<int>(std::clamp(std::ceil(centre - span), 0.0, limit_minor));
+    const int n1 = static_cast<int>(std::clamp(std::floor(centre + span), -1.0, limit_minor));
+    for (int n = n0; n <= n1; ++n) {
+      const int i = along_x ? m : n;
+      const int j = along_x ? n : m;
+      const double qx = i - ax;
+      const double qy = j - ay;
+      const double t = std::clamp((qx * ux + qy * uy) * inv, 0.0, 1.0);
+      const double ex = t * ux - qx;
+      const double ey = t * uy - qy;
+      const double d2 = ex * ex + ey * ey;
+      if (d2 >= reach2) {
+        continue;
+      }
+      const auto cover = static_cast<float>(std::min(reach - std::sqrt(d2), 1.0));
+      float& cell = acc[static_cast<std::size_t>(j) * row + static_cast<std::size_t>(i)];
+      cell = std::max(cell, cover);
+      lo_col[j] = std::min(lo_col[j], i);
+      hi_col[j] = std::max(hi_col[j], i);
+      first_row = std::min(first_row, j);
+      last_row = std::max(last_row, j);
+    }
+  }
+  row_lo_ = first_row;
+  row_hi_ = last_row;
 }
 
 // Images

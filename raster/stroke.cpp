@@ -122,7 +122,7 @@ void Stroker::line(double x, double y) {
   drawn_ = true;
   const double dx = x - lx_;
   const double dy = y - ly_;
-  const double len = std::hypot(dx, dy);
+  const double len = std::sqrt(dx * dx + dy * dy);
   if (!(len > 1e-9) || !std::isfinite(len)) {
     return;
   }

@@ -6,8 +6,9 @@ Usage: fuzz_consumers.py DIR
 DIR is the ZORVEL_FUZZ_OUT folder of a replay: DIR/N holds the files that input N made,
 DIR/N.input the input. A file goes to its reader by what it is, not by its name (the
 fuzzer chooses the names): PostScript and EPS to Ghostscript, PDF to qpdf --check, PNG to
-pngcheck, SVG to xmllint, HPGL to hp2xx. Formats without a reader here (the metafile, the
-applet source, message files) are skipped. Any rejection, or a reader running longer
+pngcheck, TIFF to tiffinfo, GIF to giftext, BMP and PPM to netpbm, SVG to xmllint, HPGL to
+hp2xx. Formats without a reader here (the metafile, the applet source, the raw image,
+message files) are skipped. Any rejection, or a reader running longer
 than a minute, fails: it names the file, the input and the reader's first lines.
 """
 
@@ -31,6 +32,14 @@ def reader(path, head):
         return "PDF", ["qpdf", "--check", path]
     if head.startswith(b"\x89PNG"):
         return "PNG", ["pngcheck", "-q", path]
+    if head.startswith((b"II*\0", b"MM\0*")):
+        return "TIFF", ["tiffinfo", "-D", path]
+    if head.startswith((b"GIF87a", b"GIF89a")):
+        return "GIF", ["giftext", path]
+    if head.startswith(b"BM"):
+        return "BMP", ["sh", "-c", 'bmptopnm "$1" | pnmfile', "-", path]
+    if head.startswith(b"P6"):
+        return "PPM", ["pnmfile", path]
     if head.lstrip().startswith((b"<?xml", b"<svg")):
         return "SVG", ["xmllint", "--noout", path]
     if head.startswith(b"IN;"):

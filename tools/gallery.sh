@@ -48,6 +48,10 @@ format_available() {  # SVG | PDF | PNG
   [ $ok -eq 1 ]
 }
 
+# A fresh gallery: the versions of multi-page files would otherwise take the next free
+# numbers after those of an earlier run.
+find "$out" -maxdepth 1 -type f -delete
+rm -rf "$out/java" "$out/svg" "$out/pdf" "$out/png"
 unset ZORVEL_GALLERY_FORMAT
 run_gallery "$out"
 for format in SVG PDF PNG; do

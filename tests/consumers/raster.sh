@@ -12,13 +12,17 @@
 #   PS    Ghostscript renders it on A4 at 72 dpi: the image must lie in the box where the
 #         header puts it, upright (landscape turned by 90 degrees) with the page's colours
 #
-# Usage: raster.sh WORKDIR WRITE_IMAGES
+# Then every image file that the raster devices left in the folders given (the tests'
+# and the gallery's files) goes to its format's tool the same way.
+#
+# Usage: raster.sh WORKDIR WRITE_IMAGES [FOLDER...]
 # The tools come with tools/deps.sh (pngcheck, libtiff-tools, giflib-tools, netpbm,
 # imagemagick, ghostscript, python3-pil, python3-numpy). Exit status 1 on any rejection.
 set -u
 set -o pipefail
 work=$1
 writer=$2
+shift 2
 for tool in pngcheck tiffinfo tiffcp giftext bmptopnm pnmfile gs /usr/bin/python3; do
   command -v $tool > /dev/null || { echo "FAIL: $tool is not installed (tools/deps.sh)"; exit 1; }
 done
@@ -153,6 +157,26 @@ sys.exit(1 if bad else 0)
 PY
 
 echo "Raster: $checked page(s) in 9 formats read by their tools, ImageMagick and Ghostscript"
+
+# The devices' files: every image in the folders given, by its tool.
+devices=0
+while IFS= read -r -d '' f; do
+  case $f in "$work"/*) continue ;; esac
+  case $f in
+    *.png) pngcheck -q "$f" > "$work/log" 2>&1 || fail pngcheck "$f" ;;
+    *.tif)
+      if ! tiffinfo -D "$f" > /dev/null 2> "$work/log" || [ -s "$work/log" ]; then
+        fail tiffinfo "$f"
+      fi ;;
+    *.gif) giftext "$f" > "$work/log" 2>&1 || fail giftext "$f" ;;
+    *.bmp) { bmptopnm -quiet "$f" > "$work/bmp.pnm" && pnmfile "$work/bmp.pnm"; } > "$work/log" 2>&1 ||
+             fail "bmptopnm | pnmfile" "$f" ;;
+    *.ppm) pnmfile "$f" > "$work/log" 2>&1 || fail pnmfile "$f" ;;
+  esac
+  devices=$((devices + 1))
+done < <(find "$@" -type f \( -name '*.png' -o -name '*.tif' -o -name '*.gif' -o -name '*.bmp' \
+           -o -name '*.ppm' \) -print0 2>/dev/null)
+echo "Raster: $devices image file(s) of the devices read by their tools"
 for f in "$work"/plot_853x603.* "$work"/ramp_853x603.*; do
   case $f in *.ref) continue ;; esac
   printf '  %-28s %9d bytes\n' "$(basename "$f")" "$(stat -c %s "$f")"
