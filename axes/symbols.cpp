@@ -47,6 +47,7 @@ namespace {
 // bounds on the number of corners. Corners come in fours, so that the polygon touches
 // the circle's bounding square.
 constexpr double kRoundness = 0.1;
+constexpr double kPixelRoundness = 0.25;  // in device pixels
 constexpr int kMinCircleCorners = 12;
 constexpr int kMaxCircleCorners = 256;
 constexpr int kMaxOutline = std::max(kMaxCircleCorners, kMaxSymbolPoints);
@@ -104,6 +105,7 @@ struct Place {
   double x;
   double y;
   double h;
+  double roundness;  // largest gap between a circle and its polygon, plot units
   double px(double u) const { return x + u * h; }
   double py(double v) const { return y - v * h; }
 };
@@ -121,20 +123,28 @@ struct Outline {
 };
 
 // Corners of a circle of `radius` plot units.
-int circle_corners(double radius) {
-  if (radius <= kRoundness) {
+int circle_corners(double radius, double roundness) {
+  if (radius <= roundness) {
     return kMinCircleCorners;
   }
-  const double step = std::acos(1.0 - kRoundness / radius);
+  const double step = std::acos(1.0 - roundness / radius);
   const double n = std::ceil(std::numbers::pi / step / 4.0) * 4.0;
   return static_cast<int>(std::clamp(n, double{kMinCircleCorners}, double{kMaxCircleCorners}));
 }
 
 void circle(Outline& o, const Place& p, double r) {
-  const int n = circle_corners(r * p.h);
+  const int n = circle_corners(r * p.h, p.roundness);
+  // The corners by turning one step at a time (no sine per corner).
+  const double step = 2.0 * std::numbers::pi / n;
+  const double cs = std::cos(step);
+  const double sn = std::sin(step);
+  double c = 1.0;
+  double s = 0.0;
   for (int i = 0; i < n; ++i) {
-    const double a = 2.0 * std::numbers::pi * i / n;
-    o.add(p, r * std::cos(a), r * std::sin(a));
+    o.add(p, r * c, r * s);
+    const double next = c * cs - s * sn;
+    s = s * cs + c * sn;
+    c = next;
   }
 }
 
@@ -302,7 +312,9 @@ void draw_symbol(GlobalBlock& g, int nsym, double x, double y, int height) {
     return;
   }
   const DashScope plain(g);
-  const Place p{x, y, static_cast<double>(height)};
+  // On pixels, a quarter of a pixel is as round as a circle can look.
+  const Place p{x, y, static_cast<double>(height),
+                std::max(kRoundness, kPixelRoundness * device_pixel(g))};
   Outline o;
   if (nsym < kBuiltinSymbols) {
     const Builtin& b = kBuiltins[static_cast<std::size_t>(nsym)];

@@ -101,6 +101,15 @@ bool on_screen(const PipelineState& p) {
 
 }  // namespace
 
+double device_pixel(const GlobalBlock& g) {
+  const PipelineState& p = g.pipe;
+  if (p.device == nullptr || !(p.scale > 0.0) ||
+      (p.device->family != DeviceFamily::Raster && !on_screen(p))) {
+    return 0.0;
+  }
+  return 1.0 / p.scale;
+}
+
 bool page_turned(const GlobalBlock& g, const DeviceInfo& dev) {
   const double w = g.page.width;
   const double h = g.page.height;

@@ -354,5 +354,8 @@ void send_line_width(GlobalBlock& g);
 double device_scale(const GlobalBlock& g, const DeviceInfo& dev);
 // Whether the dispatch turns the page of the settings in force on the device.
 bool page_turned(const GlobalBlock& g, const DeviceInfo& dev);
+// The size of a device pixel in plot units on devices drawn in pixels (raster pages,
+// screens), so that curves need no finer steps than a pixel shows; 0 on the others.
+double device_pixel(const GlobalBlock& g);
 
 }  // namespace zorvel

@@ -494,7 +494,13 @@ void RasterPage::hairline(double x0, double y0, double x1, double y1, double wid
   const double dy = y1 - y0;
   const double p[4] = {-dx, dx, -dy, dy};
   const double q[4] = {x0 + reach, w_ - 1 + reach - x0, y0 + reach, h_ - 1 + reach - y0};
-  for (int k = 0; k < 4; ++k) {
+  const double xlo = -reach;
+  const double xhi = w_ - 1 + reach;
+  const double ylo = -reach;
+  const double yhi = h_ - 1 + reach;
+  const bool inside = std::min(x0, x1) >= xlo && std::max(x0, x1) <= xhi &&
+                      std::min(y0, y1) >= ylo && std::max(y0, y1) <= yhi;
+  for (int k = 0; k < 4 && !inside; ++k) {
     if (p[k] == 0.0) {
       if (q[k] < 0.0) {
         return;

@@ -130,6 +130,27 @@ TEST(RasterPage, StrokesArePaintedOnceWhereTheyCross) {
   EXPECT_EQ(count_below(d, 128), 36);
 }
 
+TEST(RasterPage, HairlinesCoverByDistanceAndUniteAtJoints) {
+  RasterPage p;
+  ASSERT_TRUE(p.allocate(20, 12, kWhite));
+  p.set_antialias(true);
+  p.set_colour(kBlack);
+  p.hairline(2, 5, 17, 5, 1.0);  // through pixel centres: one row, whole
+  p.paint_lines();
+  EXPECT_EQ(red(p, 9, 5), 0);
+  EXPECT_EQ(red(p, 9, 4), 255);
+  EXPECT_EQ(red(p, 9, 6), 255);
+  EXPECT_EQ(count_below(p, 255), 16);  // round ends reach half a pixel
+  // A translucent polyline is as dark at its corner as along its segments.
+  p.clear(kWhite);
+  p.set_colour({0, 0, 0, 100});
+  p.hairline(2, 2, 10, 8, 1.0);
+  p.hairline(10, 8, 18, 2, 1.0);
+  p.paint_lines();
+  EXPECT_EQ(red(p, 10, 8), red(p, 6, 5));
+  EXPECT_LT(red(p, 6, 5), 255);
+}
+
 TEST(RasterPage, CoordinatesNoPageHoldsAreClipped) {
   constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
   constexpr double kInf = std::numeric_limits<double>::infinity();
@@ -150,6 +171,12 @@ TEST(RasterPage, CoordinatesNoPageHoldsAreClipped) {
     p.polygon(bad_x, bad_y, 4);
     p.paint(FillRule::EvenOdd);
     p.line(-4'000'000'000'000LL, 20, 4'000'000'000'000LL, 20);  // bounded by the page
+    p.hairline(-1e300, 1e300, kNaN, 0, 1);
+    p.hairline(-1e12, -1e12, 1e12, 1e12, 3);  // through the page: bounded loops
+    p.paint_lines();
+    EXPECT_GT(count_below(p, 128), 50);
+    p.clear(kWhite);
+    p.line(-4'000'000'000'000LL, 20, 4'000'000'000'000LL, 20);
     EXPECT_EQ(count_below(p, 128), 50);
     p.plot(-1, 0);
     p.plot(50, 39);
