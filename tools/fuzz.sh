@@ -12,7 +12,8 @@ set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 seconds=${1:-150}
 build=$root/build-fuzz
-"$root/tools/deps.sh" clang libclang-rt-dev python3 ghostscript libxml2-utils qpdf pngcheck hp2xx
+"$root/tools/deps.sh" clang libclang-rt-dev python3 ghostscript libxml2-utils qpdf pngcheck hp2xx \
+  libtiff-tools giflib-tools netpbm
 
 if [ "$seconds" = "--coverage" ]; then
   cov=$root/build-fuzz-cov

@@ -369,6 +369,12 @@ def seeds(table, keywords, root):
     s["output_control"] = [("metafl", "JAVA"), ("bufmod", "ON", "SEND"), ("zorini",),
                            ("clpbor", "PAGE"), ("erase",), ("sendbf",),
                            ("bufmod", "OFF", "SEND")] + picture() + [("zorfin",)]
+    s["raster"] = [("metafl", "PNG"), ("imgsiz", 300, 200), ("scrmod", "REVERS"), ("zorini",),
+                   ("imgopt", "ON", "ANTI"), ("linwid", 9)] + picture() + [
+        ("imgini",), ("wpixel", 5, 5, 255), ("wpixel", 300, 5, 1), ("imgfin",),
+        ("imgopt", "OFF", "ANTI"), ("newpag",), ("wimage", "page.gif"), ("zorfin",),
+        ("imgdpi", 30), ("metafl", "VIRT"), ("zorini",)] + picture() + [
+        ("wimage", "page.tif"), ("imgini",), ("zorfin",), ("wimage", "page.ps")]
     nan, inf = float("nan"), float("inf")
     s["hostile_numbers"] = [("metafl", "PS"), ("zorini",), ("strtpt", nan, 0.0),
                             ("connpt", inf, -inf), ("connpt", 1e300, 5.0),
