@@ -250,9 +250,30 @@ void RasterDriver::end_line() {
   }
 }
 
+// Areas bounded by horizontal and vertical edges only (bars, frames, the cells of colour
+// ramps) have their corners moved to the nearest pixel boundaries when anti-aliasing:
+// areas side by side then meet on a boundary, with neither a lighter seam nor an overlap.
+bool rectilinear(const Path& path) {
+  std::size_t from = 0;
+  for (const int end : path.ends) {
+    const auto to = std::min(static_cast<std::size_t>(std::max(end, 0)), path.xs.size());
+    for (std::size_t i = from; i < to; ++i) {
+      const std::size_t k = i + 1 < to ? i + 1 : from;
+      if (path.xs[i] != path.xs[k] && path.ys[i] != path.ys[k]) {
+        return false;
+      }
+    }
+    from = std::max(from, to);
+  }
+  return true;
+}
+
+double to_boundary(double v) { return std::round(v - 0.5) + 0.5; }
+
 void RasterDriver::fill(const Path& path, Rgb rgb) {
   end_line();
   const bool aa = page_->antialias();
+  const bool snapped = aa && rectilinear(path);
   std::size_t from = 0;
   for (const int end : path.ends) {
     const auto to = std::min(static_cast<std::size_t>(std::max(end, 0)), path.xs.size());
@@ -267,6 +288,11 @@ void RasterDriver::fill(const Path& path, Rgb rgb) {
         y0 = static_cast<double>(device_int(y0));
         x1 = static_cast<double>(device_int(x1));
         y1 = static_cast<double>(device_int(y1));
+      } else if (snapped) {
+        x0 = to_boundary(x0);
+        y0 = to_boundary(y0);
+        x1 = to_boundary(x1);
+        y1 = to_boundary(y1);
       }
       page_->edge(x0, y0, x1, y1);
     }
