@@ -33,4 +33,9 @@ void draw_axis_frame(GlobalBlock& g);
 // labels; on log axes labelled by decades, 9 gives a line at every tick).
 void draw_axis_grid(GlobalBlock& g, int nx, int ny);
 
+// The scaling checks of graf for one axis (start, end, first label, step): the warnings
+// of equal limits, a zero or wrongly signed step, a first label outside; false for the
+// fatal ones.
+bool check_axis_scaling(GlobalBlock& g, const double v[4]);
+
 }  // namespace zorvel

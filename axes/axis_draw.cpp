@@ -804,3 +804,10 @@ void draw_axis_grid(GlobalBlock& g, int nx, int ny) {
 }
 
 }  // namespace zorvel
+
+namespace zorvel::api {
+
+void addlab(GlobalBlock& /*g*/, const char* /*cstr*/, double /*v*/, int /*itic*/,
+            const char* /*cax*/) {}
+
+}  // namespace zorvel::api

@@ -12,6 +12,7 @@
 
 #include "api_decl.h"
 #include "axes/axes.h"
+#include "axes/curves.h"
 #include "axes/spline.h"
 #include "axes/symbols.h"
 #include "core/buffers.h"
@@ -36,38 +37,6 @@ constexpr std::array<int, 10> kCycle = {
     explicit_rgb(23, 190, 207)};
 
 bool finite(double v) { return std::isfinite(v); }
-
-// The colour of the next curve: the next of the cycle while the program has not chosen
-// a colour of its own (the current one is still the foreground or the last cycled one).
-class CurveColour {
- public:
-  // `advance`: the curve takes its colour; error bars only look at it, so that the
-  // curve drawn with them after them has the same colour.
-  CurveColour(GlobalBlock& g, bool advance) : g_(g), old_(g.colour.current) {
-    CurveState& c = g.curves;
-    if (c.cycle_colours && (old_ == g.colour.foreground || old_ == c.cycled_colour)) {
-      const int rgb = kCycle[static_cast<std::size_t>(c.cycle_index) % kCycle.size()];
-      if (advance) {
-        c.cycle_index = (c.cycle_index + 1) % static_cast<int>(kCycle.size());
-        c.cycled_colour = rgb;
-      }
-      set_colour(g, rgb);
-      changed_ = true;
-    }
-  }
-  ~CurveColour() {
-    if (changed_) {
-      set_colour(g_, old_);
-    }
-  }
-  CurveColour(const CurveColour&) = delete;
-  CurveColour& operator=(const CurveColour&) = delete;
-
- private:
-  GlobalBlock& g_;
-  int old_;
-  bool changed_ = false;
-};
 
 // Remembers how the curve is drawn, for its legend line.
 void record(GlobalBlock& g, bool lines, bool symbols) {
@@ -319,6 +288,27 @@ void draw_error_bars(GlobalBlock& g, const double* x, const double* y, const dou
 }
 
 }  // namespace
+
+CurveColour::CurveColour(GlobalBlock& g, bool advance) : g_(g), old_(g.colour.current) {
+  CurveState& c = g.curves;
+  if (c.cycle_colours && (old_ == g.colour.foreground || old_ == c.cycled_colour)) {
+    const int rgb = kCycle[static_cast<std::size_t>(c.cycle_index) % kCycle.size()];
+    if (advance) {
+      c.cycle_index = (c.cycle_index + 1) % static_cast<int>(kCycle.size());
+      c.cycled_colour = rgb;
+    }
+    set_colour(g, rgb);
+    changed_ = true;
+  }
+}
+
+CurveColour::~CurveColour() {
+  if (changed_) {
+    set_colour(g_, old_);
+  }
+}
+
+void record_curve(GlobalBlock& g, bool lines, bool symbols) { record(g, lines, symbols); }
 
 namespace api {
 

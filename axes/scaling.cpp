@@ -8,6 +8,7 @@
 
 #include "api_decl.h"
 #include "axes/axes.h"
+#include "axes3d/axes3d.h"
 #include "axes/labels.h"
 #include "core/global_block.h"
 #include "core/keywords.h"
@@ -349,6 +350,8 @@ void place(AxisState& s) {
 
 }  // namespace
 
+bool check_axis_scaling(GlobalBlock& g, const double v[4]) { return check_axis(g, v); }
+
 double axis_page_x(const GlobalBlock& g, double x) { return to_page(g.axes, kAxisX, x); }
 
 double axis_page_y(const GlobalBlock& g, double y) { return to_page(g.axes, kAxisY, y); }
@@ -485,6 +488,7 @@ void graf(GlobalBlock& g, double xa, double xe, double xorg, double xstp, double
 
 void endgrf(GlobalBlock& g) {
   AxisState& s = g.axes;
+  end_plane_for_endgrf(g);
   flush_polyline(g);
   clear_axis_clip(g);
   g.pipe.border = ClipBorder::Page;

@@ -6,6 +6,7 @@
 
 #include "axes/axis_state.h"
 #include "axes/curve_state.h"
+#include "axes3d/axes3d.h"
 #include "core/callbacks.h"
 #include "core/lifecycle.h"
 #include "core/messages.h"
@@ -28,6 +29,7 @@ struct GlobalBlock {
   AxisState axes;      // axis systems, their scaling, ticks, labels and names
   CurveState curves;   // curves, symbols, and what each curve was drawn with
   LegendState legend;  // the legend being built
+  View3dState view3d;  // the 3D axis system: box, view, projection
   RasterState raster;  // the raster page, its settings and pixel access
   GlobalBlock() = default;
   GlobalBlock(const GlobalBlock&) = delete;

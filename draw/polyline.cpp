@@ -37,6 +37,9 @@ bool transform_point(const PipelineState& p, double& x, double& y) {
   if (p.plane) {
     const auto& h = p.plane_h;
     const double w = h[6] * x + h[7] * y + h[8];
+    if (!(w > 0.0)) {
+      return false;  // at or behind the eye: a line never wraps round through infinity
+    }
     const double nx = (h[0] * x + h[1] * y + h[2]) / w;
     const double ny = (h[3] * x + h[4] * y + h[5]) / w;
     x = nx;
