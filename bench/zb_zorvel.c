@@ -1,0 +1,171 @@
+/* The peer workloads W1-W5 (the shared benchmark's WORKLOADS.md) through the public C API,
+ * with the peers' own data functions, for the runner bench/run.sh.
+ * usage: zb_zorvel WORKLOAD FORMAT OUTPREFIX [N]
+ *   WORKLOAD  w1 | w2 | w3 | w4 | w5
+ *   FORMAT    ps | svg | pdf | png (PNG pages of 1200 x 850 pixels, the default raster
+ *             output; ZB_ZORVEL_SMOOTH=1 draws them anti-aliased)
+ *   OUTPREFIX output file without its extension (w2: the prefix of 200 files)
+ *   N         w1: number of points (default 1000000) */
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+
+#include "workload_data.h"
+#include "zorvel.h"
+
+static const char* format = "ps";
+
+static void open_page(const char* path) {
+  char file[1024];
+  const char* device = "PS";
+  const char* ext = "ps";
+  if (strcmp(format, "svg") == 0) {
+    device = "SVG";
+    ext = "svg";
+  } else if (strcmp(format, "pdf") == 0) {
+    device = "PDF";
+    ext = "pdf";
+  } else if (strcmp(format, "png") == 0) {
+    device = "PNG";
+    ext = "png";
+  } else if (strcmp(format, "ps") != 0) {
+    fprintf(stderr, "unknown format %s\n", format);
+    exit(2);
+  }
+  snprintf(file, sizeof file, "%s.%s", path, ext);
+  metafl(device);
+  setfil(file);
+  filmod("DELE");
+  if (strcmp(format, "png") == 0) {
+    const char* smooth = getenv("ZB_ZORVEL_SMOOTH");
+    scrmod("REVERS");
+    imgsiz(1200, 850);
+    zorini();
+    imgopt(smooth != NULL && smooth[0] == '1' ? "ON" : "OFF", "ANTI");
+  } else {
+    zorini();
+  }
+  errmod("PROT", "OFF");
+}
+
+/* One axis system with names and a title (W1, W4). */
+static void axes(const char* heading, double ya, double ye, double ystp) {
+  name("X axis", "X");
+  name("Y axis", "Y");
+  titlin(heading, 1);
+  graf(0.0, 10.0, 0.0, 2.0, ya, ye, ya, ystp);
+  title();
+}
+
+static void w1(const char* pre, long n) {
+  double* x = bench_alloc((size_t)n * sizeof *x);
+  double* y = bench_alloc((size_t)n * sizeof *y);
+  w1_data(n, x, y);
+  open_page(pre);
+  axes("W1 big curve", -1.0, 1.0, 0.5);
+  curve(x, y, (int)n);
+  endgrf();
+  zorfin();
+  free(x);
+  free(y);
+}
+
+static void w2(const char* pre) {
+  enum { M = 1000 };
+  static double x[M], y[M];
+  char path[1024], cbuf[3 * 8 + 1], ctitle[32];
+  int k, c;
+  for (k = 0; k < 200; k++) {
+    snprintf(path, sizeof path, "%s_%03d", pre, k);
+    open_page(path);
+    snprintf(ctitle, sizeof ctitle, "W2 plot %d", k);
+    titlin(ctitle, 1);
+    graf(0.0, 10.0, 0.0, 2.0, -1.5, 1.5, -1.5, 0.5);
+    title();
+    legini(cbuf, 3, 8);
+    legtit("");
+    for (c = 0; c < 3; c++) {
+      char text[8];
+      w2_data(k, c, M, x, y);
+      curve(x, y, M);
+      snprintf(text, sizeof text, "curve %d", c + 1);
+      leglin(cbuf, text, c + 1);
+    }
+    legend(cbuf, 7);
+    endgrf();
+    zorfin();
+  }
+}
+
+static void w3(const char* pre) {
+  char text[16];
+  int i;
+  open_page(pre);
+  height(7); /* 0.7 mm, about 2 pt */
+  txtjus("CENT");
+  for (i = 0; i < W3_LABELS; i++) {
+    const double wx = (i % W3_COLUMNS) + 0.5;
+    const double wy = 199.5 - (double)(i / W3_COLUMNS);
+    /* The world window [0, 100] x [0, 200] on the whole page (2970 x 2100 plot units). */
+    const int nx = (int)(wx / 100.0 * 2970.0 + 0.5);
+    const int ny = (int)((1.0 - wy / 200.0) * 2100.0 + 0.5);
+    snprintf(text, sizeof text, "%.3f", i * 0.001);
+    messag(text, nx, ny);
+  }
+  zorfin();
+}
+
+static void w4(const char* pre) {
+  enum { K = 100000 };
+  double* x = bench_alloc(K * sizeof *x);
+  double* y = bench_alloc(K * sizeof *y);
+  w4_data(K, x, y);
+  open_page(pre);
+  axes("W4 markers", -1.0, 1.0, 0.5);
+  color("BLUE");
+  marker(1);  /* open circle */
+  hsymbl(12); /* 1.2 mm */
+  incmrk(-1); /* symbols only */
+  curve(x, y, K);
+  endgrf();
+  zorfin();
+  free(x);
+  free(y);
+}
+
+static void w5(const char* pre) {
+  double x[10], y[10];
+  int i;
+  for (i = 0; i < 10; i++) {
+    x[i] = i;
+    y[i] = (double)i * i;
+  }
+  open_page(pre);
+  graf(0.0, 9.0, 0.0, 1.0, 0.0, 81.0, 0.0, 9.0);
+  curve(x, y, 10);
+  endgrf();
+  zorfin();
+}
+
+int main(int argc, char** argv) {
+  if (argc < 4) {
+    fprintf(stderr, "usage: %s w1|w2|w3|w4|w5 ps|svg|pdf|png OUTPREFIX [N]\n", argv[0]);
+    return 2;
+  }
+  format = argv[2];
+  if (strcmp(argv[1], "w1") == 0) {
+    w1(argv[3], argc > 4 ? atol(argv[4]) : 1000000L);
+  } else if (strcmp(argv[1], "w2") == 0) {
+    w2(argv[3]);
+  } else if (strcmp(argv[1], "w3") == 0) {
+    w3(argv[3]);
+  } else if (strcmp(argv[1], "w4") == 0) {
+    w4(argv[3]);
+  } else if (strcmp(argv[1], "w5") == 0) {
+    w5(argv[3]);
+  } else {
+    fprintf(stderr, "unknown workload %s\n", argv[1]);
+    return 2;
+  }
+  return 0;
+}
