@@ -41,6 +41,14 @@ namespace api {
 void grfini(GlobalBlock& g, double x1, double y1, double z1, double x2, double y2, double z2,
             double x3, double y3, double z3) {
   View3dState& v = g.view3d;
+  if (g.core.level != 3 && !v.plane) {
+    warn(g, 3);  // a plane belongs to a 3D axis system
+    return;
+  }
+  if (v.plane) {
+    warn(g, 255);
+    close_plane(g);
+  }
   const std::array<double, 3> c1 = user_to_box(g, x1, y1, z1);
   const std::array<double, 3> c2 = user_to_box(g, x2, y2, z2);
   const std::array<double, 3> c3 = user_to_box(g, x3, y3, z3);
@@ -80,10 +88,6 @@ void grfini(GlobalBlock& g, double x1, double y1, double z1, double x2, double y
       warn(g, 2, e);
       return;
     }
-  }
-  if (v.plane) {
-    warn(g, 255);
-    close_plane(g);
   }
   end_polyline(g);
   set_plane_projection(g, hm);

@@ -22,6 +22,8 @@ constexpr double kPi = 3.1415927;  // the degree conversions' own value of pi
 // The angles of a viewpoint given by "ANGL" convert in single precision.
 constexpr double kDegreeSingle = static_cast<double>(3.1415927F / 180.0F);
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+// Viewpoints farther than this (box units) cannot be computed with.
+constexpr double kFarEye = 1e150;
 // Below this distance from the z axis, the eye looks straight down or up.
 constexpr double kOnAxis = 1e-6;
 
@@ -108,8 +110,10 @@ void resolve_eye(GlobalBlock& g) {
       const double half = v.box[i] / 2.0;
       inside = inside && v.view[i] >= -half && v.view[i] <= half;
     }
-    // A viewpoint that is not a number is no better than one inside the box.
-    inside = inside || !std::isfinite(v.view[0] + v.view[1] + v.view[2]);
+    // A viewpoint that is not a number, or so far away that its squared distance would
+    // overflow, is no better than one inside the box.
+    inside = inside || !std::isfinite(v.view[0] + v.view[1] + v.view[2]) ||
+             std::max({std::fabs(v.view[0]), std::fabs(v.view[1]), std::fabs(v.view[2])}) > kFarEye;
     if (inside) {
       warn(g, 33);
       use_default = true;
@@ -149,10 +153,16 @@ bool cut_to_depth(const View3dState& v, std::array<double, 3>& a, std::array<dou
       return false;
     }
     if (out_a || out_b) {
-      const double t = (limit - da) / (db - da);
+      // From the end that is kept: the end cut away may lie so far off that nothing of
+      // the kept end's coordinates would survive the other way round.
+      const std::array<double, 3>& keep = out_a ? b : a;
+      const std::array<double, 3>& away = out_a ? a : b;
+      const double dk = out_a ? db : da;
+      const double dw = out_a ? da : db;
+      const double t = (limit - dk) / (dw - dk);
       std::array<double, 3> p{};
       for (std::size_t i = 0; i < 3; ++i) {
-        p[i] = a[i] + t * (b[i] - a[i]);
+        p[i] = keep[i] + t * (away[i] - keep[i]);
       }
       if (out_a) {
         a = p;
@@ -247,6 +257,10 @@ void view3d(GlobalBlock& g, double xvu, double yvu, double zvu, const char* cvu)
   if (mode == 0) {
     return;
   }
+  if (!std::isfinite(xvu + yvu + zvu)) {
+    warn(g, 2, xvu + yvu + zvu);
+    return;
+  }
   g.view3d.view = {xvu, yvu, zvu};
   g.view3d.view_mode = mode;
 }
@@ -254,6 +268,10 @@ void view3d(GlobalBlock& g, double xvu, double yvu, double zvu, const char* cvu)
 void vfoc3d(GlobalBlock& g, double xfoc, double yfoc, double zfoc, const char* cfoc) {
   const int mode = match_keyword(g, "ABS +USER", cfoc);
   if (mode == 0) {
+    return;
+  }
+  if (!std::isfinite(xfoc + yfoc + zfoc)) {
+    warn(g, 2, xfoc + yfoc + zfoc);
     return;
   }
   g.view3d.focus = {xfoc, yfoc, zfoc};
@@ -278,16 +296,18 @@ void vang3d(GlobalBlock& g, double angle) {
 
 void vclp3d(GlobalBlock& g, double front, double back) {
   View3dState& v = g.view3d;
-  if (!(front > 0.0) || !std::isfinite(front)) {
+  const bool front_ok = front > 0.0 && std::isfinite(front);
+  if (!front_ok) {
     warn(g, 2, front);
-  } else {
-    v.front = front;
   }
+  const double near = front_ok ? front : v.front;
   if (!(back > 0.0)) {
+    v.front = near;
     v.back = -1.0;
-  } else if (back < v.front || !std::isfinite(back)) {
-    warn(g, 2, back);
+  } else if (back < near || !std::isfinite(back)) {
+    warn(g, 2, back);  // neither distance is taken: the pair must stay in order
   } else {
+    v.front = near;
     v.back = back;
   }
 }
