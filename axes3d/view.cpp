@@ -22,6 +22,8 @@ constexpr double kPi = 3.1415927;  // the degree conversions' own value of pi
 // The angles of a viewpoint given by "ANGL" convert in single precision.
 constexpr double kDegreeSingle = static_cast<double>(3.1415927F / 180.0F);
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+// How far off the page (plot units) projected lines are kept as they are.
+constexpr double kPageMargin = 1e6;
 // Viewpoints farther than this (box units) cannot be computed with.
 constexpr double kFarEye = 1e150;
 // Below this distance from the z axis, the eye looks straight down or up.
@@ -140,9 +142,9 @@ void resolve_focus(GlobalBlock& g) {
 // Cuts the segment a-b to the part whose distance in front of the eye lies in
 // [lo, hi] (hi < 0: no far limit); false when nothing is left.
 bool cut_to_depth(const View3dState& v, std::array<double, 3>& a, std::array<double, 3>& b,
-                  double lo, double hi) {
-  double da = dot3(v.distance, a);
-  double db = dot3(v.distance, b);
+                  double lo, double hi, double& da, double& db) {
+  da = dot3(v.distance, a);
+  db = dot3(v.distance, b);
   if (!std::isfinite(da) || !std::isfinite(db)) {
     return false;
   }
@@ -217,6 +219,21 @@ double box_distance(const GlobalBlock& g, const std::array<double, 3>& b) {
   return dot3(g.view3d.distance, b);
 }
 
+// The page position of a box point whose distance in front of the eye is known: points
+// cut at a depth limit far off to the side would lose it to rounding if it were computed
+// again from their coordinates.
+static bool project_at(const GlobalBlock& g, const std::array<double, 3>& b, double dist, double& xp,
+                double& yp) {
+  const View3dState& v = g.view3d;
+  const double w = v.projection == 0 ? std::tan(v.half_angle) * dist : v.m[3][3];
+  if (!(w > 0.0) || !std::isfinite(w)) {
+    return false;
+  }
+  xp = v.d * dot3(v.m[0], b) / w + v.cx;
+  yp = v.cy - v.d * dot3(v.m[1], b) / w;
+  return std::isfinite(xp) && std::isfinite(yp);
+}
+
 bool line3d(GlobalBlock& g, const std::array<double, 3>& a, const std::array<double, 3>& b,
             bool pen_at_a) {
   View3dState& v = g.view3d;
@@ -225,21 +242,57 @@ bool line3d(GlobalBlock& g, const std::array<double, 3>& a, const std::array<dou
   // In perspective nothing at or behind the eye projects; the front distance keeps the
   // divisor positive.
   const double lo = v.projection == 0 ? std::max(v.front, 1e-9) : v.front;
-  if (!cut_to_depth(v, p, q, lo, v.back)) {
+  double dp = 0.0;
+  double dq = 0.0;
+  if (!cut_to_depth(v, p, q, lo, v.back, dp, dq)) {
     return false;
   }
   double x0 = 0.0;
   double y0 = 0.0;
   double x1 = 0.0;
   double y1 = 0.0;
-  if (!box_to_page(g, p, x0, y0) || !box_to_page(g, q, x1, y1)) {
+  if (!project_at(g, p, dp, x0, y0) || !project_at(g, q, dq, x1, y1)) {
     return false;
   }
-  if (!pen_at_a || p != a) {
-    move_to(g, x0, y0);
+  // Ends projected far off the page are brought in along the line itself (the pipeline
+  // would clamp each coordinate alone and turn the line), measured from the end nearer
+  // the page so that the far one's size does not swallow the page's scale.
+  const bool from_a = std::max(std::fabs(x0), std::fabs(y0)) <= std::max(std::fabs(x1), std::fabs(y1));
+  const double base[2] = {from_a ? x0 : x1, from_a ? y0 : y1};
+  const double d[2] = {from_a ? x1 - x0 : x0 - x1, from_a ? y1 - y0 : y0 - y1};
+  const double lo_xy[2] = {-kPageMargin, -kPageMargin};
+  const double hi_xy[2] = {g.page.width + kPageMargin, g.page.height + kPageMargin};
+  double t0 = 0.0;
+  double t1 = 1.0;
+  for (int k = 0; k < 2; ++k) {
+    if (d[k] == 0.0) {
+      if (base[k] < lo_xy[k] || base[k] > hi_xy[k]) {
+        return false;
+      }
+      continue;
+    }
+    double ta = (lo_xy[k] - base[k]) / d[k];
+    double tb = (hi_xy[k] - base[k]) / d[k];
+    if (ta > tb) {
+      std::swap(ta, tb);
+    }
+    t0 = std::max(t0, ta);
+    t1 = std::min(t1, tb);
+    if (t0 > t1) {
+      return false;
+    }
   }
-  draw_to(g, x1, y1);
-  return q == b;
+  const double ax = base[0] + t0 * d[0];
+  const double ay = base[1] + t0 * d[1];
+  const double bx = base[0] + t1 * d[0];
+  const double by = base[1] + t1 * d[1];
+  const bool start_kept = from_a ? t0 == 0.0 : t1 == 1.0;
+  const bool end_kept = from_a ? t1 == 1.0 : t0 == 0.0;
+  if (!pen_at_a || p != a || !start_kept) {
+    move_to(g, from_a ? ax : bx, from_a ? ay : by);
+  }
+  draw_to(g, from_a ? bx : ax, from_a ? by : ay);
+  return q == b && end_kept;
 }
 
 namespace api {
