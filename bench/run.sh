@@ -1,0 +1,154 @@
+#!/usr/bin/env bash
+# The peer workloads side by side in one run: the library (bench/zb_zorvel.c), the peers
+# PLplot, giza, gnuplot and matplotlib, and the limit programs, on the workloads and
+# formats of the shared benchmark (W1 1e5/1e6/1e7 points, W2 200 small plots, W3 20,000
+# labels, W4 100,000 markers, W5 a trivial plot). Each case runs as a whole process; the
+# cases of one workload and format take turns, RUNS times after a warm-up run. The table
+# gives per case the medians of wall time (ms clock), processor time (user + system) and
+# peak memory, the bytes written, and the wall time as a ratio to the fastest peer and to
+# the limit program.
+#
+# Usage: bench/run.sh [--install] [BUILD_DIR] [RUNS] [CASES]
+#   --install  installs what is missing from Debian first: libplplot-dev,
+#              plplot-driver-cairo, giza-dev, gnuplot-nox, python3-matplotlib, libpng-dev
+#              (without it a peer that is not installed is left out, with a line)
+#   BUILD_DIR  a configured build (default: build); zb_zorvel is built when missing
+#   RUNS       timed runs per case (default 5)
+#   CASES      an extended regular expression on "workload.format" (default: all), e.g.
+#              'w1_1e6' or 'w4\.png'
+# ZB_ZORVEL_SMOOTH=1 draws the library's PNG pages anti-aliased. The peers' programs are
+# those of ../shared/bench/peers beside the repository (ZORVEL_PEERS_DIR overrides). Run
+# it on a quiet machine: not beside a build.
+set -euo pipefail
+root=$(cd "$(dirname "$0")/.." && pwd)
+install=0
+if [ "${1:-}" = "--install" ]; then
+  install=1
+  shift
+fi
+build=$(cd "${1:-$root/build}" && pwd)
+runs=${2:-5}
+only=${3:-.}
+peers=${ZORVEL_PEERS_DIR:-$root/../shared/bench/peers}
+[ -d "$peers" ] || { echo "no peer programs at $peers (set ZORVEL_PEERS_DIR)"; exit 2; }
+if [ $install -eq 1 ]; then
+  "$root/tools/deps.sh" libplplot-dev plplot-driver-cairo giza-dev gnuplot-nox \
+    python3-matplotlib libpng-dev
+fi
+zb=$build/bench/zb_zorvel
+[ -x "$zb" ] || cmake --build "$build" --target zb_zorvel > /dev/null
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+bin=$work/bin
+mkdir -p "$bin"
+
+# The peers' programs and the limit programs (built here, not timed).
+have_pl=0 have_gz=0 have_gp=0 have_mpl=0 have_lim=0
+gcc -O2 -o "$bin/zb_plplot" "$peers/plplot/zb_plplot.c" $(pkg-config --cflags --libs plplot 2> /dev/null) -lm 2> /dev/null && have_pl=1
+gcc -O2 -o "$bin/zb_giza" "$peers/giza/zb_giza.c" $(pkg-config --cflags --libs giza 2> /dev/null) -lm 2> /dev/null && have_gz=1
+command -v gnuplot > /dev/null && gcc -O2 -o "$bin/mkdata" "$peers/gnuplot/mkdata.c" -lm 2> /dev/null && have_gp=1
+/usr/bin/python3 -c "import matplotlib, numpy" 2> /dev/null && have_mpl=1
+g++ -O2 -std=c++17 -o "$bin/limit_text" "$peers/limit/limit_text.cpp" 2> /dev/null &&
+  g++ -O2 -std=c++17 -o "$bin/limit_png" "$peers/limit/limit_png.cpp" -lpng -lz 2> /dev/null && have_lim=1
+[ $have_pl -eq 1 ] || echo "PLplot left out (libplplot-dev, plplot-driver-cairo; --install)"
+[ $have_gz -eq 1 ] || echo "giza left out (giza-dev; --install)"
+[ $have_gp -eq 1 ] || echo "gnuplot left out (gnuplot-nox; --install)"
+[ $have_mpl -eq 1 ] || echo "matplotlib left out (python3-matplotlib; --install)"
+[ $have_lim -eq 1 ] || echo "limit programs left out (libpng-dev; --install)"
+mpl=$peers/matplotlib/zb_mpl.py
+gp=$peers/gnuplot
+
+# Cases: "group|name|command|output" (OUT stands for the case's output prefix; the output
+# is a file or, for W2, a pattern of files).
+cases=()
+add() { [[ $1 =~ $only ]] && cases+=("$1|$2|$3|$4"); return 0; }
+for spec in "w1_1e5:100000:ps" "w1_1e6:1000000:ps svg pdf png" "w1_1e7:10000000:ps"; do
+  IFS=: read -r group n formats <<< "$spec"
+  for f in $formats; do
+    g=$group.$f
+    add "$g" zorvel "$zb w1 $f OUT $n" "OUT.$f"
+    [ $have_pl -eq 1 ] && add "$g" plplot "$bin/zb_plplot w1 $f OUT $n" "OUT.$f"
+    [ $have_gz -eq 1 ] && add "$g" giza "$bin/zb_giza w1 $f OUT $n" "OUT.$f"
+    if [ $have_gp -eq 1 ]; then
+      [ -f "$work/w1_$n.bin" ] || "$bin/mkdata" "$work/w1_$n.bin" "$n"
+      add "$g" gnuplot "gnuplot -c $gp/w1_file.gp $f OUT $work/w1_$n.bin" "OUT.$f"
+    fi
+    [ $have_mpl -eq 1 ] && add "$g" matplotlib "/usr/bin/python3 $mpl w1 $f OUT $n" "OUT.$f"
+    if [ $have_lim -eq 1 ]; then
+      case $f in
+        ps | svg) add "$g" limit "$bin/limit_text $f OUT.$f $n" "OUT.$f" ;;
+        png) add "$g" limit "$bin/limit_png libpng OUT.png $n" "OUT.png" ;;
+      esac
+    fi
+  done
+done
+for spec in "w2:ps svg" "w3:ps pdf" "w4:ps svg png" "w5:ps"; do
+  IFS=: read -r w formats <<< "$spec"
+  for f in $formats; do
+    out="OUT.$f"
+    [ "$w" = w2 ] && out="OUT_*.$f"
+    add "$w.$f" zorvel "$zb $w $f OUT" "$out"
+    [ $have_pl -eq 1 ] && add "$w.$f" plplot "$bin/zb_plplot $w $f OUT" "$out"
+    [ $have_gz -eq 1 ] && add "$w.$f" giza "$bin/zb_giza $w $f OUT" "$out"
+    [ $have_gp -eq 1 ] && add "$w.$f" gnuplot "gnuplot -c $gp/$w.gp $f OUT" "$out"
+    [ $have_mpl -eq 1 ] && add "$w.$f" matplotlib "/usr/bin/python3 $mpl $w $f OUT" "$out"
+  done
+done
+[ ${#cases[@]} -gt 0 ] || { echo "no case matches '$only'"; exit 2; }
+
+# One timed run of case k, appended to its log: "wall cpu peak_kb bytes".
+run_case() {
+  local k=$1 dir=$work/case$1 group name cmd out
+  IFS='|' read -r group name cmd out <<< "${cases[$1]}"
+  mkdir -p "$dir"
+  rm -f "$dir"/out*
+  cmd=${cmd//OUT/$dir/out}
+  out=${out//OUT/$dir/out}
+  local t0 t1
+  t0=$(date +%s%N)
+  (cd "$dir" && /usr/bin/time -f "%U %S %M" -o "$dir/time" $cmd < /dev/null > "$dir/stdout" 2>&1) ||
+    return 1
+  t1=$(date +%s%N)
+  local bytes
+  bytes=$(cat $out 2> /dev/null | wc -c)
+  awk -v b="$bytes" -v w="$(((t1 - t0) / 1000000))" \
+    '{ printf "%.3f %.3f %d %d\n", w / 1000, $1 + $2, $3, b }' "$dir/time" >> "$dir/log"
+}
+
+for k in "${!cases[@]}"; do run_case "$k" || echo "warm-up failed: ${cases[$k]}"; done
+for k in "${!cases[@]}"; do : > "$work/case$k/log"; done
+for _ in $(seq "$runs"); do
+  for k in "${!cases[@]}"; do run_case "$k" || true; done
+done
+
+median() {  # case, column
+  sort -n -k"$2" "$work/case$1/log" | awk -v c="$2" '{ v[NR] = $c } END { print NR ? v[int((NR + 1) / 2)] : "-" }'
+}
+ratio() { awk -v a="$1" -v b="$2" 'BEGIN { if (b > 0 && a != "-") printf "%.2f", a / b; else printf "-" }'; }
+
+echo "Medians of $runs runs, $(date -u +%Y-%m-%d), $(nproc) cores, $(uname -m)"
+printf '%-11s %-11s %8s %8s %8s %11s %7s %7s\n' case program "wall s" "cpu s" "peak MB" bytes /peer /limit
+groups=$(for c in "${cases[@]}"; do echo "${c%%|*}"; done | awk '!seen[$0]++')
+for group in $groups; do
+  best=""
+  limit=""
+  for k in "${!cases[@]}"; do
+    IFS='|' read -r g name _ <<< "${cases[$k]}"
+    [ "$g" = "$group" ] || continue
+    t=$(median "$k" 1)
+    [ "$t" = "-" ] && continue
+    case $name in
+      zorvel) ;;
+      limit) limit=$t ;;
+      *) if [ -z "$best" ] || awk -v a="$t" -v b="$best" 'BEGIN { exit !(a < b) }'; then best=$t; fi ;;
+    esac
+  done
+  for k in "${!cases[@]}"; do
+    IFS='|' read -r g name _ <<< "${cases[$k]}"
+    [ "$g" = "$group" ] || continue
+    t=$(median "$k" 1)
+    printf '%-11s %-11s %8s %8s %8s %11s %7s %7s\n' "$group" "$name" "$t" "$(median "$k" 2)" \
+      "$(awk -v m="$(median "$k" 3)" 'BEGIN { if (m == "-") print "-"; else printf "%.1f", m / 1024 }')" \
+      "$(median "$k" 4)" "$(ratio "$t" "$best")" "$(ratio "$t" "$limit")"
+  done
+done
