@@ -9,12 +9,14 @@
 #include <algorithm>
 #include <cmath>
 #include <string_view>
+#include <vector>
 
 #include "axes/axes.h"
+#include "axes/axis_marks.h"
 #include "axes/labels.h"
 #include "core/global_block.h"
+#include "core/keywords.h"
 #include "core/messages.h"
-#include "draw/colour.h"
 #include "draw/pipeline.h"
 #include "text/layout.h"
 #include "text/text.h"
@@ -27,8 +29,6 @@ constexpr double kLabelGap = 0.6;
 // Title lines: their distance from the axes and their spacing, in title heights.
 constexpr double kTitleGap = 0.8;
 constexpr double kTitleSpacing = 1.5;
-// The colour of grid lines while the program draws in the foreground colour.
-constexpr int kGridGrey = explicit_rgb(176, 176, 176);
 // The Y name of a crossed system: its distance above the axis, in name heights.
 constexpr double kCrossedNameGap = 0.5;
 
@@ -46,30 +46,6 @@ struct AxisLine {
   bool crossed = false;
 };
 
-// Temporarily sets a colour of axclrs (-1: the current colour stays).
-class PartColour {
- public:
-  PartColour(GlobalBlock& g, int value) : g_(g), old_(g.colour.current), set_(value != -1) {
-    if (set_) {
-      set_colour(g, value);
-    }
-  }
-  ~PartColour() {
-    if (set_ && g_.colour.current != old_) {
-      set_colour(g_, old_);
-    }
-  }
-  PartColour(const PartColour&) = delete;
-  PartColour& operator=(const PartColour&) = delete;
-
- private:
-  GlobalBlock& g_;
-  int old_;
-  bool set_;
-};
-
-bool exponent_type(int type) { return type == kLabExp || type == kLabFexp || type == kLabXexp; }
-
 const AxisScale& scale_of(const GlobalBlock& g, int ax) {
   return g.axes.scale[static_cast<std::size_t>(ax)];
 }
@@ -82,93 +58,6 @@ const AxisSettings& settings_of(const GlobalBlock& g, int ax) {
 double along(const GlobalBlock& g, int ax, double v) {
   const AxisScale& sc = scale_of(g, ax);
   return (v - sc.a) * sc.factor;
-}
-
-double tolerance(const AxisScale& sc) { return 1e-9 * std::fabs(sc.e - sc.a); }
-
-bool in_range(const AxisScale& sc, double v) {
-  const double t = tolerance(sc);
-  return v >= std::min(sc.a, sc.e) - t && v <= std::max(sc.a, sc.e) + t;
-}
-
-// Calls f(value, index) for every label of axis ax in the order of the step; false
-// (nothing called) when there would be more than kMaxAxisLabels.
-template <class F>
-bool for_each_label(const GlobalBlock& g, int ax, F&& f) {
-  const AxisScale& sc = scale_of(g, ax);
-  if (sc.months > 0) {
-    int day = 1, month = 1, year = 2000;
-    date_of_day(g.axes, static_cast<long long>(sc.first), day, month, year);
-    for (int i = 0; i < kMaxAxisLabels; ++i) {
-      const double v = static_cast<double>(day_number(g.axes, day, month, year));
-      if (!in_range(sc, v)) {
-        break;
-      }
-      f(v, i);
-      month += sc.months;
-      year += (month - 1) / 12;
-      month = (month - 1) % 12 + 1;
-      if (year > 9999) {
-        break;
-      }
-    }
-    return true;
-  }
-  const double span = (sc.e - sc.first) / sc.step;
-  if (!(span > -1e-9)) {
-    return true;  // the first label lies beyond the end: no labels
-  }
-  if (span > kMaxAxisLabels) {
-    return false;
-  }
-  const int n = static_cast<int>(std::floor(span + 1e-9)) + 1;
-  const double snap = 1e-10 * std::fabs(sc.step);
-  for (int i = 0; i < n; ++i) {
-    double v = sc.first + i * sc.step;
-    if (std::fabs(v) < snap) {
-      v = 0.0;
-    }
-    if (in_range(sc, v)) {
-      f(v, i);
-    }
-  }
-  return true;
-}
-
-// Digits of the labels when labdig asked for them to be chosen: as few as show every
-// label exactly (of the mantissas for exponent forms), and no point for whole numbers.
-int chosen_digits(const GlobalBlock& g, int ax, bool exponent) {
-  const AxisScale& sc = scale_of(g, ax);
-  const bool lg = g.axes.log[static_cast<std::size_t>(ax)];
-  auto exact = [](double v, int d) {
-    const double m = v * std::pow(10.0, d);
-    return std::fabs(m - std::round(m)) <= 1e-9 * (std::max(1.0, std::fabs(m)) + 1.0);
-  };
-  auto digits_for = [&](double v) {
-    for (int d = 0; d <= 12; ++d) {
-      if (exact(v, d)) {
-        return d;
-      }
-    }
-    return 12;
-  };
-  int d = 0;
-  if (exponent) {
-    // Mantissas: as few digits as show them all, at least one.
-    d = 0;
-    for_each_label(g, ax, [&](double v, int) {
-      double x = lg ? std::pow(10.0, v) : v;
-      if (x == 0.0 || !std::isfinite(x)) {
-        return;
-      }
-      const double e = std::floor(std::log10(std::fabs(x)));
-      x /= std::pow(10.0, e);
-      d = std::max(d, std::min(digits_for(x), 6));
-    });
-    return d == 0 ? -1 : d;
-  }
-  d = std::max(digits_for(sc.first), digits_for(sc.step));
-  return d == 0 ? -1 : d;
 }
 
 // The settings of one side as setgrf and the axis system say.
@@ -225,19 +114,38 @@ bool labels_along(const AxisLine& l, const AxisSettings& st) {
 class AxisPainter {
  public:
   AxisPainter(GlobalBlock& g, const AxisLine& l, bool draw)
-      : g_(g), l_(l), st_(settings_of(g, l.ax)), sc_(scale_of(g, l.ax)), draw_(draw) {
+      : g_(g),
+        l_(l),
+        st_(settings_of(g, l.ax)),
+        sc_(scale_of(g, l.ax)),
+        draw_(draw),
+        labels_ok_(label_marks(g.axes, l.ax, marks_)),
+        text_(g.axes, l.ax, marks_) {
     height_ = g.text.height;
     name_height_ = g.axes.name_height > 0 ? g.axes.name_height : height_;
-    per_label_digits_ = g.axes.log[static_cast<std::size_t>(l.ax)] && st_.auto_digits &&
-                        !g.axes.autoscale[static_cast<std::size_t>(l.ax)] &&
-                        st_.label_type == kLabFloa && st_.log_form == kLogPlain;
-    // Plain numbers too long or too small to read switch to the exponent form when the
-    // digits are chosen automatically.
-    if (st_.label_type == kLabFloa && st_.auto_digits && !g.axes.log[static_cast<std::size_t>(l.ax)] &&
-        !g.axes.autoscale[static_cast<std::size_t>(l.ax)]) {
-      const double big = std::max(std::fabs(sc_.a), std::fabs(sc_.e));
-      auto_exponent_ = big >= 1e7 || (big > 0.0 && big < 1e-4);
+  }
+
+  // An additional label of addlab at the scaling value v, placed as the axis' own
+  // labels would be, with a major tick there when `tick` is set.
+  void extra_label(std::string_view text, double v, bool tick) {
+    const double t = along(g_, l_.ax, v);
+    if (tick) {
+      const PartColour c(g_, st_.colours[1]);
+      tick_at(t, g_.axes.tick_major);
     }
+    const PartColour c(g_, st_.colours[2]);
+    LabelStyle style;
+    style.height = height_;
+    if (l_.ax == kAxisX) {
+      style.hjust = 1;  // hanging below the lower axis
+      style.vjust = 0;
+    } else {
+      style.hjust = 2;  // beside the left axis, aligned at its near edge
+      style.vjust = 1;
+    }
+    double x = 0.0, y = 0.0;
+    point(t, (st_.ticks == 0 ? 0.0 : tick_reach()) + st_.label_dist, x, y);
+    draw_label(g_, text, x, y, style);
   }
 
   double run() {
@@ -300,125 +208,17 @@ class AxisPainter {
       return st_.ticks == 0 ? 0.0 : reach;
     }
     const PartColour c(g_, st_.colours[1]);
-    const AxisState& s = g_.axes;
-    const double major = s.tick_major;
-    const double minor = s.tick_minor;
-    const bool lg = s.log[static_cast<std::size_t>(l_.ax)];
-    if (!for_each_label(g_, l_.ax, [&](double v, int) { tick_at(along(g_, l_.ax, v), major); })) {
+    if (!labels_ok_) {
       return 0.0;  // graf has reported the step
     }
-    if (st_.kind == kKindDate && st_.tick_mode != 0) {
-      date_ticks(minor, major);
-      return reach;
-    }
-    const double lo = std::min(sc_.a, sc_.e);
-    const double hi = std::max(sc_.a, sc_.e);
-    if (lg && (s.log_ticks_full || (std::fabs(std::fabs(sc_.step) - 1.0) < 1e-9 &&
-                                    std::fabs(sc_.first - std::round(sc_.first)) < 1e-9))) {
-      // The ticks of 2 .. 9 in every decade.
-      if (hi - lo > kMaxAxisTicks / 9.0) {
-        return reach;  // decades too many to show their ticks
-      }
-      // Counted in integers: far from zero, adding one to a double changes nothing.
-      const long long decades = static_cast<long long>(hi - std::floor(lo)) + 1;
-      for (long long d = 0; d < decades; ++d) {
-        const double dec = std::floor(lo) + static_cast<double>(d);
-        for (int k = 1; k <= 9; ++k) {
-          const double v = dec + std::log10(static_cast<double>(k));
-          if (v >= lo - tolerance(sc_) && v <= hi + tolerance(sc_)) {
-            tick_at(along(g_, l_.ax, v), k == 1 ? (s.log_ticks_full ? major : minor) : minor);
-          }
-        }
-      }
-      return reach;
-    }
-    if (st_.ticks < 2 || sc_.months > 0) {
-      return reach;
-    }
-    const double ts = std::fabs(sc_.step) / st_.ticks;
-    if ((hi - lo) / ts > kMaxAxisTicks) {
-      return reach;  // minor ticks closer than anything can show
-    }
-    const double j0 = std::ceil((lo - sc_.first) / ts - 1e-9);
-    const double j1 = std::floor((hi - sc_.first) / ts + 1e-9);
-    const double span = j1 - j0;  // at most kMaxAxisTicks or so, unless not a number
-    const long long steps =
-        std::isfinite(span) && span >= 0.0
-            ? static_cast<long long>(std::min(span, static_cast<double>(kMaxAxisTicks))) + 1
-            : 0;
-    for (long long i = 0; i < steps; ++i) {
-      const double j = j0 + static_cast<double>(i);
-      if (std::fmod(std::fabs(j), st_.ticks) != 0.0) {
-        tick_at(along(g_, l_.ax, sc_.first + j * ts), minor);
-      }
+    const double major = g_.axes.tick_major;
+    const double minor = g_.axes.tick_minor;
+    std::vector<TickMark> ticks;
+    tick_marks(g_.axes, l_.ax, ticks);
+    for (const TickMark& t : ticks) {
+      tick_at(along(g_, l_.ax, t.value), t.major ? major : minor);
     }
     return reach;
-  }
-
-  // Calendar ticks of ticmod on a date axis.
-  void date_ticks(double minor, double major) {
-    const long long d0 = static_cast<long long>(std::ceil(std::min(sc_.a, sc_.e)));
-    const long long d1 = static_cast<long long>(std::floor(std::max(sc_.a, sc_.e)));
-    if (d1 - d0 > kMaxAxisTicks) {
-      return;
-    }
-    const int mode = st_.tick_mode;
-    for (long long n = d0; n <= d1; ++n) {
-      int day = 1, month = 1, year = 2000;
-      date_of_day(g_.axes, n, day, month, year);
-      bool on = false;
-      bool longer = false;
-      switch (mode) {
-        case 1: on = true; break;                                         // DAYS
-        case 2: on = day == 1; break;                                     // MONT
-        case 3: on = day == 1 && (month - 1) % 3 == 0; break;             // QUAR
-        case 4: on = day == 1 && (month - 1) % 6 == 0; break;             // HALF
-        case 5: on = day == 1 && month == 1; break;                       // YEAR
-        default: on = true; longer = day == 1; break;                     // DMON
-      }
-      if (on) {
-        tick_at(along(g_, l_.ax, static_cast<double>(n)), longer ? major : minor);
-      }
-    }
-  }
-
-  int digits() const {
-    if (g_.axes.autoscale[static_cast<std::size_t>(l_.ax)] || !st_.auto_digits) {
-      return st_.digits;
-    }
-    return chosen_digits(g_, l_.ax, auto_exponent_ || exponent_type(st_.label_type));
-  }
-
-  int format(double v, int index, int digits, char* buf) const {
-    if (v == 0.0 && (auto_exponent_ || (exponent_type(st_.label_type) &&
-                                         !g_.axes.log[static_cast<std::size_t>(l_.ax)]))) {
-      buf[0] = '0';  // zero needs no exponent
-      buf[1] = '\0';
-      return 1;
-    }
-    if (auto_exponent_) {
-      return format_exponent(buf, kLabelBuffer, v, digits, kLabExp);
-    }
-    if (per_label_digits_) {
-      // Plain numbers on a log axis: each with the decimals it needs (0.1, 1, 10).
-      digits = -1;
-      const double x = std::pow(10.0, v);
-      for (int d = 0; d <= 12; ++d) {
-        const double m = x * std::pow(10.0, d);
-        if (std::fabs(m - std::round(m)) <= 1e-9 * std::max(1.0, m)) {
-          digits = d == 0 ? -1 : d;
-          break;
-        }
-      }
-    }
-    LabelRequest r;
-    r.axis = l_.ax;
-    r.log_axis = g_.axes.log[static_cast<std::size_t>(l_.ax)];
-    r.digits = digits;
-    r.index = index;
-    r.time_form = sc_.time_form;
-    r.date_form = sc_.date_form;
-    return format_label(g_.axes, st_, r, v, buf, kLabelBuffer);
   }
 
   // Which labels are drawn: the axends rules, and none at the origin of a crossed
@@ -441,21 +241,20 @@ class AxisPainter {
       }
       return out;
     }
-    const int dig = digits();
+    if (!labels_ok_) {
+      return out;
+    }
     char buf[kLabelBuffer];
     // Pass 1: the widest label, whether any is raised, the last index.
     double widest = 0.0;
     bool raised = false;
     int last = -1;
-    const bool all = for_each_label(g_, l_.ax, [&](double v, int i) {
-      const int n = format(v, i, dig, buf);
+    for (const LabelMark& m : marks_) {
+      const int n = text_.format(m.value, m.index, buf);
       const std::string_view text(buf, static_cast<std::size_t>(n));
       widest = std::max(widest, static_cast<double>(measure_label(g_, text, height_)));
       raised = raised || text.find(kRaiseChar) != std::string_view::npos;
-      last = i;
-    });
-    if (!all) {
-      return out;
+      last = m.index;
     }
     std::array<double, 2> forced{};
     int forced_count = 0;
@@ -467,7 +266,7 @@ class AxisPainter {
         forced[static_cast<std::size_t>(forced_count++)] = sc_.e;
       }
       for (int k = 0; k < forced_count; ++k) {
-        const int n = format(forced[static_cast<std::size_t>(k)], 0, dig, buf);
+        const int n = text_.format(forced[static_cast<std::size_t>(k)], 0, buf);
         widest = std::max(widest, static_cast<double>(measure_label(
                                       g_, std::string_view(buf, static_cast<std::size_t>(n)),
                                       height_)));
@@ -494,29 +293,35 @@ class AxisPainter {
     const LabelStyle style = label_style(along_axis);
     double x = 0.0, y = 0.0;
     const double base = out + label_offset(along_axis, widest);
-    for_each_label(g_, l_.ax, [&](double v, int i) {
-      if (i % stride != 0 || !shown(v, i, last)) {
-        return;
+    for (const LabelMark& m : marks_) {
+      if (m.index % stride != 0 || !shown(m.value, m.index, last) ||
+          touches_forced(m.value, forced, forced_count, need)) {
+        continue;
       }
-      for (int k = 0; k < forced_count; ++k) {
-        // The forced end label takes the place of labels that it would touch.
-        const double gap = std::fabs(along(g_, l_.ax, v) -
-                                     along(g_, l_.ax, forced[static_cast<std::size_t>(k)]));
-        if (gap < need) {
-          return;
-        }
-      }
-      const int n = format(v, i, dig, buf);
-      point(along(g_, l_.ax, v) + label_shift(along_axis), base, x, y);
+      const int n = text_.format(m.value, m.index, buf);
+      point(along(g_, l_.ax, m.value) + label_shift(along_axis), base, x, y);
       draw_label(g_, std::string_view(buf, static_cast<std::size_t>(n)), x, y, style);
-    });
+    }
     for (int k = 0; k < forced_count; ++k) {
       const double v = forced[static_cast<std::size_t>(k)];
-      const int n = format(v, 0, dig, buf);
+      const int n = text_.format(v, 0, buf);
       point(along(g_, l_.ax, v) + label_shift(along_axis), base, x, y);
       draw_label(g_, std::string_view(buf, static_cast<std::size_t>(n)), x, y, style);
     }
     return out + across;
+  }
+
+  // The forced end labels of axends take the place of labels that they would touch.
+  bool touches_forced(double v, const std::array<double, 2>& forced, int count,
+                      double need) const {
+    for (int k = 0; k < count; ++k) {
+      const double gap = std::fabs(along(g_, l_.ax, v) -
+                                   along(g_, l_.ax, forced[static_cast<std::size_t>(k)]));
+      if (gap < need) {
+        return true;
+      }
+    }
+    return false;
   }
 
   // Justification of the labels: their anchor is at the distance `out` from the axis,
@@ -622,10 +427,11 @@ class AxisPainter {
   const AxisSettings& st_;
   const AxisScale& sc_;
   bool draw_;
+  std::vector<LabelMark> marks_;
+  bool labels_ok_;  // false: more labels than an axis shows (graf has warned)
+  AxisLabelText text_;
   int height_ = 36;
   int name_height_ = 36;
-  bool per_label_digits_ = false;
-  bool auto_exponent_ = false;
 };
 
 // Outward reach of a side, measured from the rectangle's edge on that side.
@@ -735,21 +541,23 @@ double draw_titles(GlobalBlock& g, const AxisExtents& ext, bool draw) {
 
 void draw_axis_grid(GlobalBlock& g, int nx, int ny) {
   const AxisState& s = g.axes;
-  // Light grey unless the program chose a colour: the grid stays behind the data.
-  const bool own = g.colour.current != g.colour.foreground;
-  const PartColour colour(g, own ? -1 : kGridGrey);
+  const PartColour colour(g, grid_colour(g));
   const double x0 = s.pos_x;
   const double y0 = s.pos_y - s.len_y + 1;
   const double x1 = s.pos_x + s.len_x - 1;
   const double y1 = s.pos_y;
   const int counts[2] = {nx, ny};
+  std::vector<double> values;
   for (int ax = 0; ax < 2; ++ax) {
     const int n = counts[ax];
     if (n == 0) {
       continue;
     }
-    const AxisScale& sc = scale_of(g, ax);
-    auto line_at = [&](double v) {
+    if (!grid_marks(s, ax, n, values)) {
+      warn(g, 251, kMaxAxisTicks);  // lines closer than anything can show
+      continue;
+    }
+    for (const double v : values) {
       const double t = along(g, ax, v);
       if (ax == kAxisX) {
         move_to(g, x0 + t, y0);
@@ -758,47 +566,6 @@ void draw_axis_grid(GlobalBlock& g, int nx, int ny) {
         move_to(g, x0, y1 - t);
         draw_to(g, x1, y1 - t);
       }
-    };
-    const double lo = std::min(sc.a, sc.e);
-    const double hi = std::max(sc.a, sc.e);
-    const bool decades = s.log[static_cast<std::size_t>(ax)] &&
-                         std::fabs(std::fabs(sc.step) - 1.0) < 1e-9 && n > 1;
-    if (sc.months > 0 || (n == 1 && !decades)) {
-      for_each_label(g, ax, [&](double v, int) { line_at(v); });
-      continue;
-    }
-    if (decades) {
-      if (hi - lo > kMaxAxisTicks / 9.0) {
-        continue;
-      }
-      // Counted in integers: far from zero, adding one to a double changes nothing.
-      const long long decades = static_cast<long long>(hi - std::floor(lo)) + 1;
-      for (long long d = 0; d < decades; ++d) {
-        const double dec = std::floor(lo) + static_cast<double>(d);
-        for (int k = 1; k <= 9; ++k) {
-          const double v = dec + std::log10(static_cast<double>(k));
-          if (v >= lo - tolerance(sc) && v <= hi + tolerance(sc)) {
-            line_at(v);
-          }
-        }
-      }
-      continue;
-    }
-    const double ts = std::fabs(sc.step) / n;
-    if ((hi - lo) / ts > kMaxAxisTicks) {
-      warn(g, 251, kMaxAxisTicks);  // lines closer than anything can show
-      continue;
-    }
-    const double j0 = std::ceil((lo - sc.first) / ts - 1e-9);
-    const double j1 = std::floor((hi - sc.first) / ts + 1e-9);
-    const double span = j1 - j0;  // at most kMaxAxisTicks or so, unless not a number
-    const long long steps =
-        std::isfinite(span) && span >= 0.0
-            ? static_cast<long long>(std::min(span, static_cast<double>(kMaxAxisTicks))) + 1
-            : 0;
-    for (long long i = 0; i < steps; ++i) {
-      const double j = j0 + static_cast<double>(i);
-      line_at(sc.first + j * ts);
     }
   }
 }
@@ -807,7 +574,28 @@ void draw_axis_grid(GlobalBlock& g, int nx, int ny) {
 
 namespace zorvel::api {
 
-void addlab(GlobalBlock& /*g*/, const char* /*cstr*/, double /*v*/, int /*itic*/,
-            const char* /*cax*/) {}
+void addlab(GlobalBlock& g, const char* cstr, double v, int itic, const char* cax) {
+  if (g.core.level == 3) {
+    warn_text(g, -1, "Additonal labels for graf3d are not supported");
+    return;
+  }
+  const int ax = match_keyword(g, "X   +Y   ", cax) - 1;
+  if (ax < 0 || !check_range(g, itic, 0, 1)) {
+    return;
+  }
+  const AxisState& s = g.axes;
+  const AxisScale& sc = s.scale[static_cast<std::size_t>(ax)];
+  const bool lg = s.log[static_cast<std::size_t>(ax)];
+  const double u = lg && v > 0.0 ? std::log10(v) : v;
+  const double t = 1e-9 * std::fabs(sc.e - sc.a);
+  if ((lg && !(v > 0.0)) || !(u >= std::min(sc.a, sc.e) - t && u <= std::max(sc.a, sc.e) + t)) {
+    warn(g, 2, v);
+    return;
+  }
+  const PageClipScope page(g);
+  const DashScope solid(g);
+  const AxisLine l = make_line(g, ax == kAxisX ? kSideBottom : kSideLeft);
+  AxisPainter(g, l, true).extra_label(cstr, u, itic == 1);
+}
 
 }  // namespace zorvel::api

@@ -676,7 +676,9 @@ void grid(GlobalBlock& g, int nx, int ny) {
 }
 
 void title(GlobalBlock& g) {
-  const AxisExtents ext = draw_axis_system(g, false);
+  // A 3D axis system has no axes around its area: the title keeps its distance from the
+  // area itself.
+  const AxisExtents ext = g.core.level == 3 ? AxisExtents{} : draw_axis_system(g, false);
   draw_titles(g, ext, true);
 }
 

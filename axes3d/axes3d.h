@@ -75,7 +75,25 @@ bool line3d(GlobalBlock& g, const std::array<double, 3>& a, const std::array<dou
 // so that endgrf goes on to end the 3D axis system.
 bool end_plane_for_endgrf(GlobalBlock& g);
 
-// The box with its axes, ticks, labels, names and the title (box.cpp); graf3d calls it.
+// An edge of the box along axis `axis` (0 x, 1 y, 2 z): the other two coordinates, in
+// their order, lie at the sides side[0] and side[1] of the box (-1: -len/2, +1: +len/2).
+struct BoxEdge {
+  int axis = 0;
+  std::array<int, 2> side{-1, -1};
+  bool operator==(const BoxEdge&) const = default;
+};
+
+// The edges that carry the x, y and z axes for the view of graf3d: edges on the outline
+// of the projected box, so that labels placed outwards never fall on it (x and y the
+// lowest on the page, z the furthest left). An axis seen end-on, which has no outline
+// edge, takes the edge sharing the fewest corners with the other two.
+std::array<BoxEdge, 3> axis_edges(const GlobalBlock& g);
+
+// The side (-1 or +1) of the back plane across axis ax: the one facing away from the eye.
+int back_side(const GlobalBlock& g, int ax);
+
+// The box of graf3d (box.cpp): its edges in the current colour and line style, the axes
+// with their ticks, labels and names, the text half as large again as in 2D.
 void draw_box3d(GlobalBlock& g);
 
 }  // namespace zorvel
