@@ -165,7 +165,10 @@ static void raster_scene(const Scene* s) {
   axspos(300, 1850);
   axslen(1500, 1500);
   view3d(eye[0], eye[1], eye[2], "ABS");
+  errmod("WARN", "OFF"); /* the box's labels leave the page */
   graf3d(LINEAR3);
+  errmod("WARN", "ON");
+  color("RED"); /* apart from the box's black edges that the lines may cross */
   for (i = 1; i < s->n; ++i) {
     m += visible_part(s->p[i - 1], s->p[i], seg[m]);
   }
@@ -299,7 +302,9 @@ int main(void) {
   printf("NaN x limit: level %d\n", getlev());
 
   printf("NaN and huge coordinates\n");
+  errmod("WARN", "OFF"); /* the eye is so close that the box's labels leave the page */
   graf3d(LINEAR3);
+  errmod("WARN", "ON");
   curv3d(x, y, z, 7);
   strt3d(NAN, 5.0, 5.0);
   conn3d(5.0, 5.0, 5.0);
