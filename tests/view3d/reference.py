@@ -327,7 +327,8 @@ def run(runner, before, after):
     got = []
     for line in done.stdout.splitlines():
         if m := re.match(r" <<<< Warning (\d+): .* in (\w+)!", line):
-            got.append(("warn", int(m[1]), m[2]))
+            if int(m[1]) != 193:  # the box's own labels off the page: not the model's business
+                got.append(("warn", int(m[1]), m[2]))
         elif line.startswith("rel3pt "):
             got.append(("rel3pt", *map(float, line.split()[1:])))
         elif line.startswith("level "):
