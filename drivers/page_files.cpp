@@ -63,4 +63,25 @@ FilePtr create_version(const std::string& plot_file, const DriverSetup::Versions
   return nullptr;
 }
 
+void PageFiles::start(Sink* out, std::string_view plot_file, const DriverSetup::Versions& rules) {
+  first_ = out;
+  const std::string name(plot_file);
+  plot_file_ = out != nullptr && is_regular_file(name) ? name : std::string();
+  rules_ = rules;
+}
+
+bool PageFiles::next() {
+  bool ok = close();
+  page_sink_.reset();
+  std::string name;
+  page_file_ = create_version(plot_file_, rules_, name);
+  ok = ok && page_file_ != nullptr;
+  page_sink_ = std::make_unique<FileSink>(page_file_.get());
+  return ok;
+}
+
+bool PageFiles::close() {
+  return !page_file_ || std::fclose(page_file_.release()) == 0;
+}
+
 }  // namespace zorvel

@@ -66,17 +66,13 @@ class RasterDriver final : public Driver {
   RasterPage* page_ = nullptr;
   std::unique_ptr<Stroker> stroker_;
   StrokeStyle style_{};
-  Sink* out_ = nullptr;
   double scale_ = 1.0;  // pixels per plot unit
   Rgb background_{};
   Rgb current_{255, 255, 255, 255};
   ImageOptions options_{};
   Rgb table_[256]{};
   const int* colour_table_ = nullptr;
-  std::string plot_file_;  // empty when further pages cannot have files of their own
-  DriverSetup::Versions versions_;
-  FilePtr page_file_;  // the file of the second and later pages
-  std::unique_ptr<FileSink> page_sink_;
+  PageFiles files_;  // the files of the pages
   // The open polyline: its last point (rounded, when not anti-aliasing) and whether it
   // has one.
   bool open_ = false;
@@ -95,18 +91,13 @@ bool RasterDriver::open(Sink* out, const DriverSetup& setup) {
   if (page_ == nullptr || page_->empty()) {
     return false;
   }
-  out_ = out;
   scale_ = setup.scale > 0.0 && std::isfinite(setup.scale) ? setup.scale : 1.0;
   background_ = setup.reversed ? Rgb{255, 255, 255} : Rgb{0, 0, 0};
   options_.tiff = setup.image_compression == 1   ? TiffCompression::Lzw
                   : setup.image_compression == 2 ? TiffCompression::None
                                                  : TiffCompression::Deflate;
   colour_table_ = setup.colour_table;
-  const std::string name(setup.file_name);
-  if (out != nullptr && writer_ != nullptr && is_regular_file(name)) {
-    plot_file_ = name;
-  }
-  versions_ = setup.versions;
+  files_.start(writer_ != nullptr ? out : nullptr, setup.file_name, setup.versions);
   page_->set_antialias(setup.antialias);
   style_.cap = std::clamp(setup.line_cap, 0, 2);
   stroker_ = std::make_unique<Stroker>(*page_);
@@ -326,22 +317,12 @@ bool RasterDriver::write_page(Sink* out) {
 void RasterDriver::new_page() {
   end_line();
   if (writer_ != nullptr) {
-    if (plot_file_.empty()) {
+    if (!files_.versioned()) {
       return;  // later pages draw over this one, as on an EPS figure
     }
-    if (!write_page(page_sink_ ? page_sink_.get() : out_)) {
+    if (!write_page(files_.current()) || !files_.next()) {
       failed_ = true;
     }
-    if (page_file_ && std::fclose(page_file_.release()) != 0) {
-      failed_ = true;
-    }
-    page_sink_.reset();
-    std::string name;
-    page_file_ = create_version(plot_file_, versions_, name);
-    if (!page_file_) {
-      failed_ = true;  // later pages are drawn into nothing
-    }
-    page_sink_ = std::make_unique<FileSink>(page_file_.get());
   }
   page_->clear(background_);
 }
@@ -352,10 +333,7 @@ bool RasterDriver::close() {
   }
   closed_ = true;
   end_line();
-  if (!write_page(page_sink_ ? (page_file_ ? page_sink_.get() : nullptr) : out_)) {
-    failed_ = true;
-  }
-  if (page_file_ && std::fclose(page_file_.release()) != 0) {
+  if (!write_page(files_.current()) || !files_.close()) {
     failed_ = true;
   }
   return !failed_;

@@ -300,10 +300,7 @@ class SvgDriver final : public Driver {
   DateTime stamp_{};
 
   // Pages after the first go to files of their own, which the driver creates and closes.
-  std::string plot_file_;  // the plot file's name; empty when it cannot be versioned
-  DriverSetup::Versions versions_;  // how the files of further pages are named
-  FilePtr page_file_;
-  std::unique_ptr<FileSink> page_sink_;
+  PageFiles files_;  // the files of the pages
 
   // The open polyline: element 0 is its start. Written when full, on a move, and before
   // every attribute change.
@@ -342,11 +339,7 @@ bool SvgDriver::open(Sink* out, const DriverSetup& setup) {
   background_ = !setup.reversed;
   stamp_ = setup.stamp;
   cap_ = std::clamp(setup.line_cap, 0, 2);
-  const std::string name(setup.file_name);
-  if (out != nullptr && is_regular_file(name)) {
-    plot_file_ = name;
-  }
-  versions_ = setup.versions;
+  files_.start(out, setup.file_name, setup.versions);
   write_header();
   return !out_->failed();
 }
@@ -799,25 +792,15 @@ void SvgDriver::finish_document() {
 // The finished page is complete in its file; the next page starts a new file with the
 // same header. The current attributes need no restating: every group states them.
 void SvgDriver::new_page() {
-  if (plot_file_.empty()) {
+  if (!files_.versioned()) {
     end_polyline();  // no file of its own for the page: it draws over this one
     return;
   }
   finish_document();
-  if (!out_->finish()) {
+  if (!out_->finish() || !files_.next()) {
     failed_ = true;
   }
-  if (page_file_ && std::fclose(page_file_.release()) != 0) {
-    failed_ = true;
-  }
-  page_sink_.reset();
-  std::string name;
-  page_file_ = create_version(plot_file_, versions_, name);
-  if (!page_file_) {
-    failed_ = true;  // later pages are drawn into nothing
-  }
-  page_sink_ = std::make_unique<FileSink>(page_file_.get());
-  out_ = std::make_unique<TextWriter>(page_file_ ? page_sink_.get() : nullptr, 0);
+  out_ = std::make_unique<TextWriter>(files_.current(), 0);
   write_header();
 }
 
@@ -827,10 +810,7 @@ bool SvgDriver::close() {
   }
   closed_ = true;
   finish_document();
-  if (!out_->finish()) {
-    failed_ = true;
-  }
-  if (page_file_ && std::fclose(page_file_.release()) != 0) {
+  if (!out_->finish() || !files_.close()) {
     failed_ = true;
   }
   return !failed();
