@@ -1,11 +1,9 @@
 // The image-file writers where the real readers of tests/consumers/raster.sh cannot look:
 // the PNG's colour type, bit depth, filters, chunks and CRCs (through zlib's inflate and
-// the filters undone here), the GIF's nearest colours (through giflib from memory), the
-// PostScript image's exact header, and every writer's failures and limits.
+// the filters undone here), the PostScript image's exact header, and every writer's
+// failures and limits.
 
-#include <gif_lib.h>
 #include <gtest/gtest.h>
-#include <tiffio.h>
 #include <zlib.h>
 
 #include <algorithm>
@@ -184,80 +182,6 @@ TEST(ImageFiles, PngPaletteOrRgbByColourCount) {
   EXPECT_GE(d.idat_chunks, 3);
   EXPECT_EQ(d.rgb, rgb.rgb());
   EXPECT_GT(std::count_if(d.filters.begin(), d.filters.end(), [](int f) { return f != 0; }), 50);
-}
-
-// A file in memory for giflib's and libtiff's readers.
-struct Reader {
-  const std::string& bytes;
-  std::size_t pos = 0;
-  std::size_t read(void* buf, std::size_t n) {
-    n = pos < bytes.size() ? std::min(n, bytes.size() - pos) : 0;
-    std::memcpy(buf, bytes.data() + pos, n);
-    pos += n;
-    return n;
-  }
-};
-
-// The GIF's pixels as RGB, and the size of its colour map.
-std::string read_gif(const std::string& file, int* map_size) {
-  Reader r{file};
-  int error = 0;
-  GifFileType* gif = DGifOpen(
-      &r,
-      [](GifFileType* g, GifByteType* buf, int n) {
-        return int(static_cast<Reader*>(g->UserData)->read(buf, std::size_t(n)));
-      },
-      &error);
-  if (gif == nullptr || DGifSlurp(gif) != GIF_OK || gif->ImageCount != 1 || !gif->SColorMap) {
-    ADD_FAILURE() << "giflib cannot read the file";
-    DGifCloseFile(gif, &error);
-    return {};
-  }
-  std::string rgb;
-  *map_size = gif->SColorMap->ColorCount;
-  const SavedImage& im = gif->SavedImages[0];
-  for (int k = 0; k < im.ImageDesc.Width * im.ImageDesc.Height; ++k) {
-    const GifColorType c = gif->SColorMap->Colors[im.RasterBits[k]];
-    rgb += {char(c.Red), char(c.Green), char(c.Blue)};
-  }
-  DGifCloseFile(gif, &error);
-  return rgb;
-}
-
-TEST(ImageFiles, GifExactOrNearestTableColour) {
-  // Catches a page of few colours not kept exactly, a colour map whose size is not a
-  // power of two (giflib refuses it) and a nearest-colour cache that answers differently
-  // from a search of the whole table (the cells' candidate lists too short).
-  for (const int colours : {1, 3, 256}) {
-    SCOPED_TRACE(colours);
-    const Page page(19, 15, colours);
-    MemorySink out;
-    ASSERT_TRUE(write_gif(out, page.view(), {}));
-    int map_size = 0;
-    EXPECT_EQ(read_gif(out.bytes(), &map_size), page.rgb());
-    EXPECT_EQ(map_size, colours == 1 ? 2 : colours == 3 ? 4 : 256);
-  }
-  std::vector<Rgb> table(256);
-  for (int i = 0; i < 256; ++i) {
-    table[std::size_t(i)] = Rgb{i * 37 % 256, i * 101 % 256, i * 53 % 251};
-  }
-  table[9] = table[200];  // equally near entries: the first counts
-  const Page page(120, 90, 0);
-  MemorySink out;
-  ASSERT_TRUE(write_gif(out, page.view(), table));
-  int map_size = 0;
-  const std::string got = read_gif(out.bytes(), &map_size), want = page.rgb();
-  ASSERT_EQ(got.size(), want.size());
-  for (std::size_t k = 0; k < want.size(); k += 3) {
-    const auto d = [&](const Rgb& t) {
-      const int dr = std::uint8_t(want[k]) - t.r, dg = std::uint8_t(want[k + 1]) - t.g,
-                db = std::uint8_t(want[k + 2]) - t.b;
-      return dr * dr + dg * dg + db * db;
-    };
-    const Rgb& t = *std::min_element(table.begin(), table.end(),
-                                     [&](const Rgb& a, const Rgb& b) { return d(a) < d(b); });
-    ASSERT_EQ(got.substr(k, 3), (std::string{char(t.r), char(t.g), char(t.b)})) << k / 3;
-  }
 }
 
 TEST(ImageFiles, PostScriptImageHeader) {
