@@ -375,6 +375,17 @@ def seeds(table, keywords, root):
         ("imgopt", "OFF", "ANTI"), ("newpag",), ("wimage", "page.gif"), ("zorfin",),
         ("imgdpi", 30), ("metafl", "VIRT"), ("zorini",)] + picture() + [
         ("wimage", "page.tif"), ("imgini",), ("zorfin",), ("wimage", "page.ps")]
+    s["axes3d"] = [("metafl", "EPS"), ("axis3d", 2.0, 3.0, 1.5), ("zorini",),
+                   ("view3d", 30.0, 20.0, 8.0, "ANGL"), ("vclp3d", 2.0, 20.0),
+                   ("graf3d", 0.0, 10.0, 0.0, 2.0, -1.0, 1.0, -1.0, 0.5, 1.0, 3.0, 1.0, 1.0),
+                   ("grid3d", 2, 1, "ALL"), ("strt3d", 0.0, -1.0, 1.0),
+                   ("conn3d", 10.0, 1.0, 3.0), ("sym3d", 3, 5.0, 0.0, 2.0),
+                   ("grfini", 0.0, 1.0, 1.0, 10.0, 1.0, 1.0, 10.0, 1.0, 3.0),
+                   ("graf", 0.0, 1.0, 0.0, 0.5, 0.0, 1.0, 0.0, 0.5), ("endgrf",),
+                   ("messag", "plane", 100, 100), ("grffin",), ("endgrf",),
+                   ("proj3d", "ORTH"), ("view3d", 0.0, 0.0, 5.0, "ABS"),
+                   ("graf3d", 0.0, 10.0, 0.0, 2.0, -1.0, 1.0, -1.0, 0.5, 1.0, 3.0, 1.0, 1.0),
+                   ("zorfin",)]
     nan, inf = float("nan"), float("inf")
     s["hostile_numbers"] = [("metafl", "PS"), ("zorini",), ("strtpt", nan, 0.0),
                             ("connpt", inf, -inf), ("connpt", 1e300, 5.0),
