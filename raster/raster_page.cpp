@@ -439,6 +439,9 @@ void RasterPage::composite(FillRule rule, bool summed) {
     float sum = 0.0F;
     const int last = std::min(to, w_ - 1);
     for (int c = from; c <= last; ++c, px += 3) {
+      if (!summed && a[c] == 0.0F) {
+        continue;  // untouched by the hairlines
+      }
       sum = summed ? sum + a[c] : a[c];
       a[c] = 0.0F;
       float cover = std::fabs(sum);
