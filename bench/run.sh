@@ -62,8 +62,8 @@ gp=$peers/gnuplot
 # is a file or, for W2, a pattern of files).
 cases=()
 add() { [[ $1 =~ $only ]] && cases+=("$1|$2|$3|$4"); return 0; }
-for spec in "w1_1e5:100000:ps" "w1_1e6:1000000:ps svg pdf png" "w1_1e7:10000000:ps"; do
-  IFS=: read -r group n formats <<< "$spec"
+for plan in "w1_1e5:100000:ps" "w1_1e6:1000000:ps svg pdf png" "w1_1e7:10000000:ps"; do
+  IFS=: read -r group n formats <<< "$plan"
   for f in $formats; do
     g=$group.$f
     add "$g" zorvel "$zb w1 $f OUT $n" "OUT.$f"
@@ -82,8 +82,8 @@ for spec in "w1_1e5:100000:ps" "w1_1e6:1000000:ps svg pdf png" "w1_1e7:10000000:
     fi
   done
 done
-for spec in "w2:ps svg" "w3:ps pdf" "w4:ps svg png" "w5:ps"; do
-  IFS=: read -r w formats <<< "$spec"
+for plan in "w2:ps svg" "w3:ps pdf" "w4:ps svg png" "w5:ps"; do
+  IFS=: read -r w formats <<< "$plan"
   for f in $formats; do
     out="OUT.$f"
     [ "$w" = w2 ] && out="OUT_*.$f"
