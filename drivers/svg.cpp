@@ -9,6 +9,9 @@
 //   <g fill="none" stroke="#rrggbb" ... stroke-width="w">     a line group: lines and
 //   <line x1=".." y1=".." x2=".." y2=".."/>                    polylines of one colour,
 //   <polyline points=" x, y x, y ..."/>                        width, cap and join
+//   <use xlink:href="#G7" x=".." y=".."/>                      a polyline of a shape drawn
+//                                                              before (defined at its
+//                                                              second appearance)
 //   </g>
 //   <g stroke="none"> <rect .../> <path .../> </g>             a fill group
 //   <g font-family=".." ... font-size="n" ... fill="#rrggbb">  a text group: one element
@@ -52,6 +55,12 @@ namespace {
 constexpr int kPolylineCapacity = 100;
 // Half the length of the line that stands for a dot, in plot units, as in PDF.
 constexpr double kDotHalf = 1.0;
+// Polylines that repeat: one of 3 to this many points, seen again with the same shape (its
+// points relative to the first, to the hundredth of a unit as written) elsewhere in the
+// document, is defined once and then placed by its first point with <use>; at most so
+// many shapes are remembered per file.
+constexpr int kShapePoints = 64;
+constexpr std::size_t kShapes = 4096;
 // A polyline's points are written five to a line.
 constexpr int kPointsPerLine = 5;
 // Coordinates are clamped to this magnitude (pixels) before they are written: far outside
@@ -282,6 +291,7 @@ class SvgDriver final : public Driver {
   void move(double x, double y);
   void write_polyline();
   void end_polyline();
+  bool place_shape();
   void open_line_group();
   void open_text_group(const FontStyle& font, int size);
   void close_group();
@@ -311,6 +321,18 @@ class SvgDriver final : public Driver {
   // move continues from here.
   double end_x_ = 0.0;
   double end_y_ = 0.0;
+  // Shapes of short polylines in hundredths of a unit relative to their first point, for
+  // the definitions that draw them again: an open-addressing table of indices + 1.
+  struct Shape {
+    std::uint64_t hash = 0;
+    int from = 0;
+    int count = 0;
+    int name = -1;  // definition number once defined
+  };
+  std::vector<Shape> shapes_;
+  std::vector<long long> shape_points_;
+  std::vector<int> shape_slots_;
+  int shape_names_ = 0;
   // The text of one polyline, written in one piece; numbers are formatted in place, with
   // the room that put_coordinate needs after the last.
   std::array<char, kPolylineCapacity * kPointChars + kNumberBuffer> line_{};
@@ -451,6 +473,9 @@ void SvgDriver::write_polyline() {
     out_->raw({begin, static_cast<std::size_t>(p - begin)});
     return;
   }
+  if (count_ <= kShapePoints && place_shape()) {
+    return;
+  }
   out_->raw("<polyline points=\"\n");
   for (int i = 0; i < count_; ++i) {
     *p++ = ' ';
@@ -464,6 +489,75 @@ void SvgDriver::write_polyline() {
   }
   p = std::copy_n("\"/>\n", 4, p);
   out_->raw({begin, static_cast<std::size_t>(p - begin)});
+}
+
+// A polyline whose shape was drawn before: defined the second time as
+// <defs><polyline id="G7" points="0.00, 0.00 3.25, -4.00 ..."/></defs>, then drawn by
+// <use xlink:href="#G7" x=".." y=".."/>, which takes the stroke of the group it stands
+// in. True when the polyline is written this way.
+bool SvgDriver::place_shape() {
+  const int n = count_;
+  std::uint64_t h = 1469598103934665603ULL ^ static_cast<std::uint64_t>(n);
+  long long rel[2 * kShapePoints];
+  for (int i = 0; i < n; ++i) {
+    rel[2 * i] = std::llround(std::clamp((xs_[i] - xs_[0]) * 100.0, -1e15, 1e15));
+    rel[2 * i + 1] = std::llround(std::clamp((ys_[i] - ys_[0]) * 100.0, -1e15, 1e15));
+    h = (h ^ static_cast<std::uint64_t>(rel[2 * i])) * 1099511628211ULL;
+    h = (h ^ static_cast<std::uint64_t>(rel[2 * i + 1])) * 1099511628211ULL;
+  }
+  if (shape_slots_.empty()) {
+    shape_slots_.assign(2 * kShapes, 0);
+  }
+  const std::size_t mask = shape_slots_.size() - 1;
+  std::size_t slot = static_cast<std::size_t>(h) & mask;
+  for (;; slot = (slot + 1) & mask) {
+    const int at = shape_slots_[slot];
+    if (at == 0) {
+      break;
+    }
+    Shape& sh = shapes_[static_cast<std::size_t>(at - 1)];
+    if (sh.hash != h || sh.count != n ||
+        !std::equal(rel, rel + 2 * n, shape_points_.begin() + sh.from)) {
+      continue;
+    }
+    std::string s;
+    char digits[kNumberBuffer];
+    if (sh.name < 0) {
+      sh.name = shape_names_++;
+      s = "<defs><polyline id=\"G";
+      s.append(digits, format_int(digits, sh.name));
+      s += "\" points=\"\n";
+      for (int i = 0; i < n; ++i) {
+        s += ' ';
+        s.append(digits, format_fixed(digits, static_cast<double>(rel[2 * i]) / 100.0, 2));
+        s += ", ";
+        s.append(digits, format_fixed(digits, static_cast<double>(rel[2 * i + 1]) / 100.0, 2));
+        if ((i + 1) % kPointsPerLine == 0 && i + 1 < n) {
+          s += '\n';
+        }
+      }
+      s += "\"/></defs>\n";
+    }
+    s += "<use xlink:href=\"#G";
+    s.append(digits, format_int(digits, sh.name));
+    s += "\" x=\"";
+    append_coordinate(s, xs_[0]);
+    s += "\" y=\"";
+    append_coordinate(s, ys_[0]);
+    s += "\"/>\n";
+    out_->raw(s);
+    return true;
+  }
+  if (shapes_.size() < kShapes) {
+    Shape sh;
+    sh.hash = h;
+    sh.from = static_cast<int>(shape_points_.size());
+    sh.count = n;
+    shape_points_.insert(shape_points_.end(), rel, rel + 2 * n);
+    shapes_.push_back(sh);
+    shape_slots_[slot] = static_cast<int>(shapes_.size());
+  }
+  return false;
 }
 
 void SvgDriver::end_polyline() {
@@ -801,6 +895,9 @@ void SvgDriver::new_page() {
     failed_ = true;
   }
   out_ = std::make_unique<TextWriter>(files_.current(), 0);
+  shapes_.clear();  // a file of its own: its shapes are defined again
+  shape_points_.clear();
+  std::fill(shape_slots_.begin(), shape_slots_.end(), 0);
   write_header();
 }
 
