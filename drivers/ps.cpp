@@ -35,6 +35,7 @@
 #include "core/format.h"
 #include "core/version.h"
 #include "drivers/registry.h"
+#include "drivers/shape_table.h"
 #include "drivers/text_writer.h"
 
 namespace zorvel {
@@ -54,10 +55,8 @@ constexpr int kDefaultOffsetY = 200;
 // sheet, and well inside int.
 constexpr double kCoordinateLimit = 1e9;
 // Polylines that repeat: one of at most this many points, seen again with the same shape
-// elsewhere, is defined once as a procedure and then placed by its start point; at most
-// so many shapes are remembered per file (kept in a table of twice as many slots).
+// elsewhere on the page, is defined once as a procedure and then placed by its start point.
 constexpr int kShapePoints = 64;
-constexpr std::size_t kShapes = 4096;
 // Line width in driver units below which no line is drawn thinner.
 constexpr int kThinnestLine = 5;
 
@@ -212,7 +211,6 @@ class PsDriver final : public Driver {
   void write_polyline();
   void end_polyline();
   bool place_shape();
-  void forget_shapes();
 
   std::unique_ptr<TextWriter> out_;
   bool eps_ = false;
@@ -232,18 +230,8 @@ class PsDriver final : public Driver {
   int end_x_ = 0;
   int end_y_ = 0;
 
-  // Shapes of short polylines (their points relative to the first), for the procedures
-  // that draw a shape again: an open-addressing table of indices into `shapes_`.
-  struct Shape {
-    std::uint64_t hash = 0;
-    int from = 0;    // offsets into shape_points_
-    int count = 0;   // relative points
-    int name = -1;   // procedure number once defined
-  };
-  std::vector<Shape> shapes_;
-  std::vector<int> shape_points_;
-  std::vector<int> shape_slots_;  // index + 1 into shapes_, 0 empty
-  int shape_names_ = 0;
+  // Shapes of short polylines drawn on this page, for the procedures that draw them again.
+  ShapeTable shapes_;
 
   int pages_ = 1;  // the first page counts as 1; new_page adds one
   int cap_ = 2;
@@ -467,90 +455,48 @@ void PsDriver::end_polyline() {
   count_ = 0;
 }
 
-void PsDriver::forget_shapes() {
-  shapes_.clear();
-  shape_points_.clear();
-  std::fill(shape_slots_.begin(), shape_slots_.end(), 0);
-}
-
 // A polyline whose shape was drawn before: defined as a procedure the second time
 // ("/G7 { /oy exch def /ox exch def ox oy u ox 3 add oy -4 add d ... p } def"), then
-// drawn by "x y G7". True when the
-// polyline is written this way; false when it must be written point by point (the first
-// time, or when the table is full).
+// drawn by "x y G7". True when the polyline is written this way; false when it must be
+// written point by point (the first time, or when the table is full).
 bool PsDriver::place_shape() {
-  const int n = count_ - 1;  // relative points
-  std::uint64_t h = 1469598103934665603ULL ^ static_cast<std::uint64_t>(n);
-  for (int i = 1; i < count_; ++i) {
-    const auto dx = static_cast<std::uint32_t>(xs_[i] - xs_[0]);
-    const auto dy = static_cast<std::uint32_t>(ys_[i] - ys_[0]);
-    h = (h ^ dx) * 1099511628211ULL;
-    h = (h ^ dy) * 1099511628211ULL;
+  std::array<long long, 2 * kShapePoints> rel{};
+  const int n = count_ - 1;  // points after the first
+  for (int i = 0; i < n; ++i) {
+    rel[static_cast<std::size_t>(2 * i)] = xs_[static_cast<std::size_t>(i + 1)] - xs_[0];
+    rel[static_cast<std::size_t>(2 * i + 1)] = ys_[static_cast<std::size_t>(i + 1)] - ys_[0];
   }
-  if (shape_slots_.empty()) {
-    shape_slots_.assign(2 * kShapes, 0);
+  const ShapeTable::Found f =
+      shapes_.find(std::span<const long long>(rel).first(static_cast<std::size_t>(2 * n)));
+  if (f.name < 0) {
+    return false;
   }
-  const std::size_t mask = shape_slots_.size() - 1;
-  std::size_t slot = static_cast<std::size_t>(h) & mask;
-  for (;; slot = (slot + 1) & mask) {
-    const int at = shape_slots_[slot];
-    if (at == 0) {
-      break;
+  TextWriter& out = *out_;
+  char digits[24];
+  if (f.define) {
+    std::string name = "/G";
+    name.append(digits, format_int(digits, f.name));
+    name += ' ';
+    out.word(name);
+    // The points as offsets added to the start in driver units, so that every point is
+    // converted exactly as its absolute coordinates would be.
+    out.words("{ /oy exch def /ox exch def ox oy u ");
+    for (std::size_t i = 0; i + 1 < f.offsets.size(); i += 2) {
+      out.word("ox ");
+      out.int_word(f.offsets[i]);
+      out.words("add oy ");
+      out.int_word(f.offsets[i + 1]);
+      out.words("add d ");
     }
-    Shape& sh = shapes_[static_cast<std::size_t>(at - 1)];
-    if (sh.hash != h || sh.count != n) {
-      continue;
-    }
-    const int* q = shape_points_.data() + sh.from;
-    bool same = true;
-    for (int i = 1; i < count_ && same; ++i) {
-      same = q[2 * (i - 1)] == xs_[i] - xs_[0] && q[2 * (i - 1) + 1] == ys_[i] - ys_[0];
-    }
-    if (!same) {
-      continue;
-    }
-    TextWriter& out = *out_;
-    if (sh.name < 0) {
-      sh.name = shape_names_++;
-      std::string name = "/G";
-      char digits[24];
-      name.append(digits, format_int(digits, sh.name));
-      name += ' ';
-      out.word(name);
-      // The points as offsets added to the start in driver units, so that every point
-      // is converted exactly as its absolute coordinates would be.
-      out.words("{ /oy exch def /ox exch def ox oy u ");
-      for (int i = 0; i < n; ++i) {
-        out.word("ox ");
-        out.int_word(q[2 * i]);
-        out.words("add oy ");
-        out.int_word(q[2 * i + 1]);
-        out.words("add d ");
-      }
-      out.words("p } def ");
-    }
-    out.int_word(xs_[0]);
-    out.int_word(ys_[0]);
-    std::string use = "G";
-    char digits[24];
-    use.append(digits, format_int(digits, sh.name));
-    use += ' ';
-    out.word(use);
-    return true;
+    out.words("p } def ");
   }
-  if (shapes_.size() < kShapes) {
-    Shape sh;
-    sh.hash = h;
-    sh.from = static_cast<int>(shape_points_.size());
-    sh.count = n;
-    for (int i = 1; i < count_; ++i) {
-      shape_points_.push_back(xs_[i] - xs_[0]);
-      shape_points_.push_back(ys_[i] - ys_[0]);
-    }
-    shapes_.push_back(sh);
-    shape_slots_[slot] = static_cast<int>(shapes_.size());
-  }
-  return false;
+  out.int_word(xs_[0]);
+  out.int_word(ys_[0]);
+  std::string use = "G";
+  use.append(digits, format_int(digits, f.name));
+  use += ' ';
+  out.word(use);
+  return true;
 }
 
 // Attributes
@@ -749,7 +695,7 @@ void PsDriver::new_page() {
   end_polyline();
   font_face_.clear();  // a page may be shown alone: its fonts are set up again
   encoded_.clear();
-  forget_shapes();     // and its shapes defined again
+  shapes_.clear();     // and its shapes defined again
   out_->word("copypage ");
   out_->newline();
   std::string s = "%%Page: 1 ";

@@ -45,6 +45,7 @@
 #include "drivers/image_files.h"
 #include "drivers/page_files.h"
 #include "drivers/registry.h"
+#include "drivers/shape_table.h"
 #include "drivers/text_writer.h"
 #include "text/driver_font.h"
 
@@ -57,10 +58,8 @@ constexpr int kPolylineCapacity = 100;
 constexpr double kDotHalf = 1.0;
 // Polylines that repeat: one of 3 to this many points, seen again with the same shape (its
 // points relative to the first, to the hundredth of a unit as written) elsewhere in the
-// document, is defined once and then placed by its first point with <use>; at most so
-// many shapes are remembered per file.
+// document, is defined once and then placed by its first point with <use>.
 constexpr int kShapePoints = 64;
-constexpr std::size_t kShapes = 4096;
 // A polyline's points are written five to a line.
 constexpr int kPointsPerLine = 5;
 // Coordinates are clamped to this magnitude (pixels) before they are written: far outside
@@ -321,18 +320,8 @@ class SvgDriver final : public Driver {
   // move continues from here.
   double end_x_ = 0.0;
   double end_y_ = 0.0;
-  // Shapes of short polylines in hundredths of a unit relative to their first point, for
-  // the definitions that draw them again: an open-addressing table of indices + 1.
-  struct Shape {
-    std::uint64_t hash = 0;
-    int from = 0;
-    int count = 0;
-    int name = -1;  // definition number once defined
-  };
-  std::vector<Shape> shapes_;
-  std::vector<long long> shape_points_;
-  std::vector<int> shape_slots_;
-  int shape_names_ = 0;
+  // Shapes of short polylines drawn in this file, for the definitions that draw them again.
+  ShapeTable shapes_;
   // The text of one polyline, written in one piece; numbers are formatted in place, with
   // the room that put_coordinate needs after the last.
   std::array<char, kPolylineCapacity * kPointChars + kNumberBuffer> line_{};
@@ -496,68 +485,41 @@ void SvgDriver::write_polyline() {
 // <use xlink:href="#G7" x=".." y=".."/>, which takes the stroke of the group it stands
 // in. True when the polyline is written this way.
 bool SvgDriver::place_shape() {
-  const int n = count_;
-  std::uint64_t h = 1469598103934665603ULL ^ static_cast<std::uint64_t>(n);
-  long long rel[2 * kShapePoints];
+  std::array<long long, 2 * kShapePoints> rel{};
+  const int n = count_ - 1;  // points after the first, in hundredths as written
   for (int i = 0; i < n; ++i) {
-    rel[2 * i] = std::llround(std::clamp((xs_[i] - xs_[0]) * 100.0, -1e15, 1e15));
-    rel[2 * i + 1] = std::llround(std::clamp((ys_[i] - ys_[0]) * 100.0, -1e15, 1e15));
-    h = (h ^ static_cast<std::uint64_t>(rel[2 * i])) * 1099511628211ULL;
-    h = (h ^ static_cast<std::uint64_t>(rel[2 * i + 1])) * 1099511628211ULL;
+    const auto k = static_cast<std::size_t>(i + 1);
+    rel[2 * k - 2] = std::llround(std::clamp((xs_[k] - xs_[0]) * 100.0, -1e15, 1e15));
+    rel[2 * k - 1] = std::llround(std::clamp((ys_[k] - ys_[0]) * 100.0, -1e15, 1e15));
   }
-  if (shape_slots_.empty()) {
-    shape_slots_.assign(2 * kShapes, 0);
+  const ShapeTable::Found f =
+      shapes_.find(std::span<const long long>(rel).first(static_cast<std::size_t>(2 * n)));
+  if (f.name < 0) {
+    return false;
   }
-  const std::size_t mask = shape_slots_.size() - 1;
-  std::size_t slot = static_cast<std::size_t>(h) & mask;
-  for (;; slot = (slot + 1) & mask) {
-    const int at = shape_slots_[slot];
-    if (at == 0) {
-      break;
+  std::string s;
+  char digits[kNumberBuffer];
+  if (f.define) {
+    s = "<defs><polyline id=\"G";
+    s.append(digits, format_int(digits, f.name));
+    s += "\" points=\"\n 0.00, 0.00";
+    for (std::size_t i = 0; i + 1 < f.offsets.size(); i += 2) {
+      s += (i / 2 + 2) % kPointsPerLine == 1 ? "\n " : " ";
+      s.append(digits, format_fixed(digits, static_cast<double>(f.offsets[i]) / 100.0, 2));
+      s += ", ";
+      s.append(digits, format_fixed(digits, static_cast<double>(f.offsets[i + 1]) / 100.0, 2));
     }
-    Shape& sh = shapes_[static_cast<std::size_t>(at - 1)];
-    if (sh.hash != h || sh.count != n ||
-        !std::equal(rel, rel + 2 * n, shape_points_.begin() + sh.from)) {
-      continue;
-    }
-    std::string s;
-    char digits[kNumberBuffer];
-    if (sh.name < 0) {
-      sh.name = shape_names_++;
-      s = "<defs><polyline id=\"G";
-      s.append(digits, format_int(digits, sh.name));
-      s += "\" points=\"\n";
-      for (int i = 0; i < n; ++i) {
-        s += ' ';
-        s.append(digits, format_fixed(digits, static_cast<double>(rel[2 * i]) / 100.0, 2));
-        s += ", ";
-        s.append(digits, format_fixed(digits, static_cast<double>(rel[2 * i + 1]) / 100.0, 2));
-        if ((i + 1) % kPointsPerLine == 0 && i + 1 < n) {
-          s += '\n';
-        }
-      }
-      s += "\"/></defs>\n";
-    }
-    s += "<use xlink:href=\"#G";
-    s.append(digits, format_int(digits, sh.name));
-    s += "\" x=\"";
-    append_coordinate(s, xs_[0]);
-    s += "\" y=\"";
-    append_coordinate(s, ys_[0]);
-    s += "\"/>\n";
-    out_->raw(s);
-    return true;
+    s += "\"/></defs>\n";
   }
-  if (shapes_.size() < kShapes) {
-    Shape sh;
-    sh.hash = h;
-    sh.from = static_cast<int>(shape_points_.size());
-    sh.count = n;
-    shape_points_.insert(shape_points_.end(), rel, rel + 2 * n);
-    shapes_.push_back(sh);
-    shape_slots_[slot] = static_cast<int>(shapes_.size());
-  }
-  return false;
+  s += "<use xlink:href=\"#G";
+  s.append(digits, format_int(digits, f.name));
+  s += "\" x=\"";
+  append_coordinate(s, xs_[0]);
+  s += "\" y=\"";
+  append_coordinate(s, ys_[0]);
+  s += "\"/>\n";
+  out_->raw(s);
+  return true;
 }
 
 void SvgDriver::end_polyline() {
@@ -896,8 +858,6 @@ void SvgDriver::new_page() {
   }
   out_ = std::make_unique<TextWriter>(files_.current(), 0);
   shapes_.clear();  // a file of its own: its shapes are defined again
-  shape_points_.clear();
-  std::fill(shape_slots_.begin(), shape_slots_.end(), 0);
   write_header();
 }
 
