@@ -5,6 +5,7 @@
 // starts with the defaults written into those structs.
 
 #include "axes/axis_state.h"
+#include "axes/chart_state.h"
 #include "axes/curve_state.h"
 #include "axes3d/axes3d.h"
 #include "core/callbacks.h"
@@ -29,6 +30,7 @@ struct GlobalBlock {
   AxisState axes;      // axis systems, their scaling, ticks, labels and names
   CurveState curves;   // curves, symbols, and what each curve was drawn with
   LegendState legend;  // the legend being built
+  ChartState charts;   // bar graphs, pie charts, the polar axis system
   View3dState view3d;  // the 3D axis system: box, view, projection
   RasterState raster;  // the raster page, its settings and pixel access
   GlobalBlock() = default;
