@@ -1,7 +1,7 @@
 #pragma once
 // State of the charts: bar graphs, pie charts and the polar axis system. Each part keeps
-// its settings in a struct of its own; zorini resets them
-// to their defaults.
+// its settings in a struct of its own; zorini resets them to
+// their defaults (curve_defaults).
 // Fill patterns (shdpat, myptrn) belong to the pipeline (draw/), since every filled area
 // uses them.
 

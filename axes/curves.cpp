@@ -418,6 +418,7 @@ void errbrh(GlobalBlock& g, const double* xray, const double* yray, const double
 void curve_defaults(GlobalBlock& g) {
   g.curves = CurveState{};
   g.legend = LegendState{};
+  g.charts = ChartState{};
 }
 
 }  // namespace zorvel
