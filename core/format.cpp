@@ -8,21 +8,37 @@
 namespace zorvel {
 
 char* format_int(char* p, long long v) {
-  char tmp[24];
-  char* t = tmp + sizeof tmp;
+  // Two digits at a time from a table, written straight into place.
+  static constexpr char kPairs[] =
+      "00010203040506070809101112131415161718192021222324252627282930313233343536373839"
+      "40414243444546474849505152535455565758596061626364656667686970717273747576777879"
+      "8081828384858687888990919293949596979899";
   // Work on the unsigned magnitude so that the most negative value does not overflow.
   unsigned long long u = v < 0 ? 0ULL - static_cast<unsigned long long>(v)
                                : static_cast<unsigned long long>(v);
-  do {
-    *--t = static_cast<char>('0' + u % 10);
-    u /= 10;
-  } while (u != 0);
   if (v < 0) {
-    *--t = '-';
+    *p++ = '-';
   }
-  const std::size_t n = static_cast<std::size_t>(tmp + sizeof tmp - t);
-  std::memcpy(p, t, n);
-  return p + n;
+  int digits = 1;
+  for (unsigned long long t = u; t >= 10; t /= 10) {
+    ++digits;
+  }
+  char* const end = p + digits;
+  char* t = end;
+  while (u >= 100) {
+    const auto i = static_cast<std::size_t>(u % 100) * 2;
+    u /= 100;
+    *--t = kPairs[i + 1];
+    *--t = kPairs[i];
+  }
+  if (u >= 10) {
+    const auto i = static_cast<std::size_t>(u) * 2;
+    *--t = kPairs[i + 1];
+    *--t = kPairs[i];
+  } else {
+    *--t = static_cast<char>('0' + u);
+  }
+  return end;
 }
 
 char* format_fixed(char* p, double v, int decimals) {

@@ -91,6 +91,7 @@ void reset_for_plot(GlobalBlock& g) {
   p.x_offset = 0.0;
   p.device_dx = 0.0;
   p.device_dy = 0.0;
+  clear_shapes(p);
 }
 
 // Screen windows take erase in the background colour, and sendbf.

@@ -25,6 +25,7 @@
 // hardware line-width mode) are kept.
 
 #include <array>
+#include <cstdint>
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -75,6 +76,39 @@ struct ClipRect {
   double xmax = 0.0;
   double ymax = 0.0;
   bool operator==(const ClipRect&) const = default;
+};
+
+// Shapes: groups of polylines that text draws many times alike (stroke glyphs), which
+// drivers with kCapShapes define once and place by reference (shapes.cpp). A key names a
+// shape completely: equal keys draw equal polylines.
+using ShapeKey = std::array<std::uint64_t, 8>;
+// Shapes remembered per plot; further ones are drawn line by line.
+inline constexpr int kMaxShapes = 4096;
+
+struct ShapeCache {
+  struct Entry {
+    ShapeKey key{};
+    int ends_from = 0;  // its polylines: ends[ends_from .. ends_from + polylines)
+    int polylines = 0;
+    int points_from = 0;  // its points in plot units and device units from this index
+    int points = 0;
+    double xmin = 0.0;  // bounds in plot units, relative to the origin
+    double ymin = 0.0;
+    double xmax = 0.0;
+    double ymax = 0.0;
+    double dxmin = 0.0;  // the same in device units
+    double dymin = 0.0;
+    double dxmax = 0.0;
+    double dymax = 0.0;
+  };
+  std::vector<Entry> entries;
+  std::vector<int> slots;  // open addressing: index + 1 into entries, 0 empty
+  std::vector<double> dev_x;  // device units relative to the origin
+  std::vector<double> dev_y;
+  std::vector<int> ends;      // per shape, relative to its first point
+  std::vector<double> plot_x;  // one shape while it is recorded
+  std::vector<double> plot_y;
+  std::vector<int> plot_ends;
 };
 
 struct PipelineState {
@@ -163,6 +197,7 @@ struct PipelineState {
   std::vector<Crossing> crossings; // hatch lines of a fill
   std::vector<GlyphPlace> glyphs;  // a text run in device units
   std::string run_text;            // its visible characters as UTF-8
+  ShapeCache shapes;               // shapes of the open plot
 };
 
 // Entry of the pipeline
@@ -196,6 +231,36 @@ void fill_path(GlobalBlock& g, const double* xs, const double* ys, const int* en
 // degrees (counter-clockwise on the page) and the stretch. Only for drivers with
 // kCapText.
 void draw_text_run(GlobalBlock& g, const TextRun& run_in_plot_units);
+
+// The polylines of a shape, drawn once when the pipeline first meets its key.
+class ShapeSource {
+ public:
+  // Draws the shape with its origin at (0, 0), plot units, by calls of r.move and r.draw.
+  virtual void record(class ShapeRecorder& r) const = 0;
+
+ protected:
+  ~ShapeSource() = default;
+};
+
+class ShapeRecorder {
+ public:
+  explicit ShapeRecorder(ShapeCache& c) : c_(c) {}
+  void move(double x, double y);
+  void draw(double x, double y);
+
+ private:
+  ShapeCache& c_;
+};
+
+// Draws the shape of `key` with its origin at (x, y) (plot units before the origin
+// offset) as a whole through the driver, when the driver places shapes and nothing of
+// the pipeline would change its lines: solid, unshifted, untransformed, unwidened and
+// wholly inside the clip rectangle. False when it did not (the caller draws the
+// polylines itself).
+bool place_shape(GlobalBlock& g, const ShapeKey& key, double x, double y,
+                 const ShapeSource& source);
+// Forgets the shapes of the last plot.
+void clear_shapes(PipelineState& p);
 
 // Pixels placed into the rectangle with the corners (x0, y0) (first pixel of the first
 // row) and (x1, y1), plot units before the origin offset. Drivers without images get a

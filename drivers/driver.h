@@ -113,6 +113,8 @@ enum DriverCaps : unsigned {
   kCapImages = 16U,  // image() places pixel blocks; without it the pipeline fills one
                      //   rectangle per run of equal pixels
   kCapAlpha = 32U,   // colours and images may be translucent (Rgb::a, image alpha)
+  kCapShapes = 64U,  // place_shape() defines a group of polylines once and places it by
+                     //   reference; without it the pipeline sends the polylines each time
 };
 
 // Line width of linwid as the pipeline hands it to the driver.
@@ -156,6 +158,21 @@ struct TextRun {
   double angle = 0.0;                  // base line, degrees from the device x axis towards y
   double size = 0.0;                   // font size (em) in device units
   double stretch = 1.0;                // horizontal stretch of the characters, 0 < s < 2
+};
+
+// A group of polylines that the program draws many times alike (a stroke glyph of one
+// font, size and angle), in device units relative to the point where it is placed.
+// Polyline i runs from index ends[i-1] (0 for the first) up to ends[i]; each has at least
+// two points. `id` numbers the shapes of one plot from 0: the same id is the same shape.
+struct Shape {
+  int id = 0;
+  std::span<const double> xs;
+  std::span<const double> ys;
+  std::span<const int> ends;
+  double xmin = 0.0;  // bounds of the points
+  double ymin = 0.0;
+  double xmax = 0.0;
+  double ymax = 0.0;
 };
 
 // A block of pixels placed on the page: rows from the top, each `width` pixels of 3
@@ -222,6 +239,12 @@ class Driver {
 
   // Pixels placed at a device rectangle. Called only when caps() has kCapImages.
   virtual void image(const Image& /*img*/) {}
+
+  // The shape drawn with its origin at (x, y), device units, as its polylines would be
+  // drawn in the current colour, width and cap (only with kCapShapes). The polylines are
+  // the same at every call with the same id, so the driver may define them at the first
+  // and refer to them later. No polyline is open before or after the call.
+  virtual void place_shape(const Shape& /*shape*/, double /*x*/, double /*y*/) {}
 
   // Waits for cursor input on a screen; false when the device has none.
   virtual bool input(InputEvent& /*event*/) { return false; }

@@ -124,6 +124,17 @@ void append_int(std::string& s, long long v) {
   s.append(tmp, static_cast<std::size_t>(end - tmp));
 }
 
+// A point in tenths of a point and an operator: "12.3 -4 l ".
+void append_scaled(std::string& s, long long x, long long y, std::string_view op) {
+  char tmp[2 * kNumberBuffer + 2];
+  char* end = format_scaled(tmp, x, kPathDecimals);
+  *end++ = ' ';
+  end = format_scaled(end, y, kPathDecimals);
+  *end++ = ' ';
+  s.append(tmp, static_cast<std::size_t>(end - tmp));
+  s += op;
+}
+
 // "n 0 R"
 void append_ref(std::string& s, int obj) {
   append_int(s, obj);
@@ -433,6 +444,7 @@ class PdfDriver final : public Driver {
   void fill(const Path& path, Rgb rgb) override;
   void text(const TextRun& run) override;
   void image(const Image& img) override;
+  void place_shape(const Shape& shape, double x, double y) override;
   void new_page() override;
   bool close() override;
   bool failed() const override {
@@ -440,7 +452,7 @@ class PdfDriver final : public Driver {
   }
   long long overflows() const override { return content_ ? content_->overflows() : 0; }
   unsigned caps() const override {
-    return kCapFill | kCapText | kCapWidths | kCapImages | kCapAlpha;
+    return kCapFill | kCapText | kCapWidths | kCapImages | kCapAlpha | kCapShapes;
   }
 
  private:
@@ -463,6 +475,7 @@ class PdfDriver final : public Driver {
   void write_fonts();
   void write_page_tree();
   void write_image_stream(int obj, int smask, const Image& img, bool alpha_only);
+  void write_forms();
 
   // Content words.
   void word(std::string_view w) { content_->word(w); }
@@ -498,11 +511,23 @@ class PdfDriver final : public Driver {
   std::vector<int> contents_;
   std::vector<bool> page_fonts_;  // by font index
   std::vector<PlacedImage> page_images_;
+  std::vector<int> page_shapes_;  // shapes drawn on the page, as /S<id> resources
   std::bitset<256> page_alphas_;  // opacities used, as /GS<a> resources
   std::vector<int> kids_;
 
   // Document resources.
   std::vector<Font> fonts_;
+  // Shapes as form XObjects: the object of each id (0: not yet defined), whether the
+  // current page lists it, and the forms defined but not yet written (their content
+  // streams wait until the page's content stream is closed).
+  struct Form {
+    int obj;
+    std::string content;
+    double xmin, ymin, xmax, ymax;
+  };
+  std::vector<int> shape_objs_;
+  std::vector<std::uint8_t> shape_on_page_;
+  std::vector<Form> forms_;
   int encoding_obj_ = 0;
   int images_ = 0;
   std::vector<unsigned char> row_;     // one row of image samples
@@ -592,6 +617,10 @@ void PdfDriver::begin_page() {
   contents_.clear();
   page_fonts_.assign(fonts_.size(), false);
   page_images_.clear();
+  for (const int id : page_shapes_) {
+    shape_on_page_[static_cast<std::size_t>(id)] = 0;
+  }
+  page_shapes_.clear();
   page_alphas_.reset();
   fill_written_ = -1;
   alpha_written_ = 255;
@@ -643,13 +672,20 @@ void PdfDriver::end_page() {
     }
     s += " >>";
   }
-  if (!page_images_.empty()) {
+  if (!page_images_.empty() || !page_shapes_.empty()) {
     s += "\n/XObject <<";
     for (const PlacedImage& im : page_images_) {
       s += " /Im";
       append_int(s, im.number);
       s += ' ';
       append_ref(s, im.obj);
+    }
+    for (std::size_t i = 0; i < page_shapes_.size(); ++i) {
+      s += i % 8 == 0 ? "\n" : " ";
+      s += "/S";
+      append_int(s, page_shapes_[i]);
+      s += ' ';
+      append_ref(s, shape_objs_[static_cast<std::size_t>(page_shapes_[i])]);
     }
     s += " >>";
   }
@@ -675,6 +711,7 @@ void PdfDriver::end_page() {
   }
   s += "] >>\nendobj\n";
   file_->put(s);
+  write_forms();
 }
 
 // Opens a content stream of the current page.
@@ -1107,6 +1144,93 @@ void PdfDriver::text(const TextRun& run) {
 
 // Images
 // ======
+
+// Shapes
+// ======
+
+// A shape of the pipeline (a glyph) becomes a form XObject the first time it is drawn:
+// its polylines relative to its origin, stroked with the graphics state of the place where
+// it is drawn. Every drawing is then "q 1 0 0 1 x y cm /S4 Do Q". The forms are written
+// after the page that first uses them; later pages refer to the same objects.
+void PdfDriver::place_shape(const Shape& shape, double x, double y) {
+  end_path();
+  const auto id = static_cast<std::size_t>(shape.id);
+  if (id >= shape_objs_.size()) {
+    shape_objs_.resize(id + 1, 0);
+    shape_on_page_.resize(id + 1, 0);
+  }
+  if (shape_objs_[id] == 0) {
+    Form f{file_->reserve(), {}, shape.xmin, shape.ymin, shape.xmax, shape.ymax};
+    std::size_t from = 0;
+    for (const int to : shape.ends) {
+      // As polylines are written: repeated points left out, a zero-length line a dot.
+      long long fx = scaled(shape.xs[from], kPathDecimals);
+      long long fy = scaled(shape.ys[from], kPathDecimals);
+      long long lx = fx;
+      long long ly = fy;
+      bool drawn = false;
+      for (auto i = from + 1; i < static_cast<std::size_t>(to); ++i) {
+        const long long px = scaled(shape.xs[i], kPathDecimals);
+        const long long py = scaled(shape.ys[i], kPathDecimals);
+        if (px == lx && py == ly) {
+          continue;
+        }
+        if (!drawn) {
+          append_scaled(f.content, fx, fy, "m ");
+          drawn = true;
+        }
+        append_scaled(f.content, px, py, "l ");
+        lx = px;
+        ly = py;
+      }
+      if (!drawn) {
+        append_scaled(f.content, fx - dot_half_, fy, "m ");
+        append_scaled(f.content, fx + dot_half_, fy, "l ");
+      }
+      f.content += "S\n";
+      from = static_cast<std::size_t>(to);
+    }
+    shape_objs_[id] = f.obj;
+    forms_.push_back(std::move(f));
+  }
+  if (shape_on_page_[id] == 0) {
+    shape_on_page_[id] = 1;
+    page_shapes_.push_back(shape.id);
+  }
+  use_alpha(colour_.a);
+  word("q ");
+  word("1 0 0 1 ");
+  number(scaled(x, kPathDecimals), kPathDecimals);
+  number(scaled(y, kPathDecimals), kPathDecimals);
+  word("cm ");
+  char name[kNumberBuffer + 2] = "/S";
+  char* end = format_int(name + 2, shape.id);
+  end = std::copy_n(" Do Q ", 6, end);
+  word({name, static_cast<std::size_t>(end - name)});
+}
+
+// The forms defined since the last call. The bounding box leaves room for wide lines.
+void PdfDriver::write_forms() {
+  constexpr double kMargin = 1000.0;
+  for (const Form& f : forms_) {
+    file_->begin(f.obj);
+    std::string s = "<< /Type /XObject /Subtype /Form /BBox [";
+    append_real(s, f.xmin - kMargin, 1);
+    s += ' ';
+    append_real(s, f.ymin - kMargin, 1);
+    s += ' ';
+    append_real(s, f.xmax + kMargin, 1);
+    s += ' ';
+    append_real(s, f.ymax + kMargin, 1);
+    s += "] /Resources << >> /Length ";
+    append_int(s, static_cast<long long>(f.content.size()));
+    s += " >>\nstream\n";
+    s += f.content;
+    s += "endstream\nendobj\n";
+    file_->put(s);
+  }
+  forms_.clear();
+}
 
 // The pixels as an image XObject of the page (its alpha channel, when any pixel is not
 // opaque, as a soft mask), placed by cm on the unit square whose top row is the first

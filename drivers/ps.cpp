@@ -27,6 +27,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -198,7 +199,8 @@ class PsDriver final : public Driver {
   bool failed() const override { return out_ && out_->failed(); }
   long long overflows() const override { return out_ ? out_->overflows() : 0; }
   // Paths are filled natively: rectangles through the prolog's `e`, others as paths.
-  unsigned caps() const override { return kCapFill | kCapText | kCapWidths; }
+  unsigned caps() const override { return kCapFill | kCapText | kCapWidths | kCapShapes; }
+  void place_shape(const Shape& shape, double x, double y) override;
 
  private:
   void write_header(const DriverSetup& setup);
@@ -210,7 +212,8 @@ class PsDriver final : public Driver {
   void draw(int x, int y);
   void write_polyline();
   void end_polyline();
-  bool place_shape();
+  bool reuse_polyline();
+  void define_shape(const Shape& shape);
 
   std::unique_ptr<TextWriter> out_;
   bool eps_ = false;
@@ -232,6 +235,8 @@ class PsDriver final : public Driver {
 
   // Shapes of short polylines drawn on this page, for the procedures that draw them again.
   ShapeTable shapes_;
+  // Shapes of the pipeline (glyphs) defined on this page as procedures "S<id>".
+  std::vector<std::uint8_t> shapes_defined_;
 
   int pages_ = 1;  // the first page counts as 1; new_page adds one
   int cap_ = 2;
@@ -423,7 +428,7 @@ void PsDriver::write_polyline() {
   int x0 = xs_[0];
   int x1 = xs_[1];
   const bool dot = count_ == 2 && x0 == x1 && ys_[0] == ys_[1];
-  if (!dot && count_ >= 3 && count_ <= kShapePoints && place_shape()) {
+  if (!dot && count_ >= 3 && count_ <= kShapePoints && reuse_polyline()) {
     return;
   }
   if (dot) {
@@ -459,7 +464,7 @@ void PsDriver::end_polyline() {
 // ("/G7 { /oy exch def /ox exch def ox oy u ox 3 add oy -4 add d ... p } def"), then
 // drawn by "x y G7". True when the polyline is written this way; false when it must be
 // written point by point (the first time, or when the table is full).
-bool PsDriver::place_shape() {
+bool PsDriver::reuse_polyline() {
   std::array<long long, 2 * kShapePoints> rel{};
   const int n = count_ - 1;  // points after the first
   for (int i = 0; i < n; ++i) {
@@ -497,6 +502,82 @@ bool PsDriver::place_shape() {
   use += ' ';
   out.word(use);
   return true;
+}
+
+// A shape of the pipeline (a glyph), defined on the page where it is first drawn as a
+// procedure that takes its origin ("/S4 { gsave cm exch cm exch translate 3 -2 u 3 9 d p
+// ... grestore } def") and then drawn by "x y S4". Its points are rounded relative to
+// the origin, so the glyph looks alike wherever it stands.
+void PsDriver::place_shape(const Shape& shape, double x, double y) {
+  end_polyline();
+  const auto id = static_cast<std::size_t>(shape.id);
+  if (id >= shapes_defined_.size()) {
+    shapes_defined_.resize(id + 1, 0);
+  }
+  if (!shapes_defined_[id]) {
+    define_shape(shape);
+    shapes_defined_[id] = 1;
+  }
+  TextWriter& out = *out_;
+  out.int_word(to_unit(x));
+  out.int_word(to_unit(y));
+  char name[kNumberBuffer + 2] = "S";
+  char* end = format_int(name + 1, shape.id);
+  *end++ = ' ';
+  out.word({name, static_cast<std::size_t>(end - name)});
+}
+
+void PsDriver::define_shape(const Shape& shape) {
+  TextWriter& out = *out_;
+  char name[kNumberBuffer + 3] = "/S";
+  char* end = format_int(name + 2, shape.id);
+  *end++ = ' ';
+  out.word({name, static_cast<std::size_t>(end - name)});
+  out.words("{ gsave cm exch cm exch translate ");
+  auto unit = [](double v) { return static_cast<int>(std::floor(std::clamp(v, -1e9, 1e9) + 0.5)); };
+  std::size_t from = 0;
+  for (const int to : shape.ends) {
+    // As polylines are written: repeated points left out, a zero-length line a dot.
+    int n = 0;
+    for (auto i = from; i < static_cast<std::size_t>(to); ++i) {
+      const int px = unit(shape.xs[i]);
+      const int py = unit(shape.ys[i]);
+      if (n >= 2 && px == xs_[static_cast<std::size_t>(n - 1)] &&
+          py == ys_[static_cast<std::size_t>(n - 1)]) {
+        continue;
+      }
+      if (n == kPolylineCapacity) {
+        break;  // glyph strokes are short; a longer one is cut, never overrun
+      }
+      xs_[static_cast<std::size_t>(n)] = px;
+      ys_[static_cast<std::size_t>(n)] = py;
+      ++n;
+    }
+    from = static_cast<std::size_t>(to);
+    if (n < 2) {
+      continue;
+    }
+    int x0 = xs_[0];
+    int x1 = xs_[1];
+    if (n == 2 && x0 == x1 && ys_[0] == ys_[1]) {
+      x0 -= 2;
+      x1 += 2;
+    }
+    out.int_word(x0);
+    out.int_word(ys_[0]);
+    out.word("u ");
+    out.int_word(x1);
+    out.int_word(ys_[1]);
+    out.word("d ");
+    for (int i = 2; i < n; ++i) {
+      out.int_word(xs_[static_cast<std::size_t>(i)]);
+      out.int_word(ys_[static_cast<std::size_t>(i)]);
+      out.word("d ");
+    }
+    out.word("p ");
+  }
+  out.words("grestore } def ");
+  count_ = 0;
 }
 
 // Attributes
@@ -696,6 +777,7 @@ void PsDriver::new_page() {
   font_face_.clear();  // a page may be shown alone: its fonts are set up again
   encoded_.clear();
   shapes_.clear();     // and its shapes defined again
+  shapes_defined_.assign(shapes_defined_.size(), 0);
   out_->word("copypage ");
   out_->newline();
   std::string s = "%%Page: 1 ";

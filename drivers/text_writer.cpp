@@ -9,7 +9,7 @@ namespace zorvel {
 TextWriter::TextWriter(Sink* sink, int width)
     : sink_(sink), width_(width), buf_(new char[kBlock]) {}
 
-void TextWriter::append(std::string_view s) {
+void TextWriter::append_long(std::string_view s) {
   while (!s.empty()) {
     if (len_ == kBlock) {
       drain();

@@ -54,7 +54,20 @@ class TextWriter {
   int line_length() const { return line_len_; }
 
  private:
-  void append(std::string_view s);
+  // Short pieces go straight into the block; longer ones, and those that fill it, through
+  // append_long.
+  void append(std::string_view s) {
+    if (s.size() <= 32 && s.size() <= kBlock - len_) {
+      char* d = buf_.get() + len_;
+      for (const char c : s) {
+        *d++ = c;
+      }
+      len_ += s.size();
+      return;
+    }
+    append_long(s);
+  }
+  void append_long(std::string_view s);
   void put(char c) {
     if (len_ == kBlock) {
       drain();

@@ -14,7 +14,9 @@
 //   X = X0 - s * raise + u * c - v * s
 //   Y = Y0 - c * raise - v * c - u * s
 
+#include <bit>
 #include <cmath>
+#include <cstdint>
 
 #include "core/global_block.h"
 #include "draw/pipeline.h"
@@ -70,6 +72,54 @@ void draw_strokes(GlobalBlock& g, const AlphabetSlot& s, int glyph, const GlyphF
       draw_to(g, x, y);
     }
   });
+}
+
+// A stroke glyph for the pipeline's shapes: its polylines with the pen at (0, 0).
+class StrokeShape final : public ShapeSource {
+ public:
+  StrokeShape(const AlphabetSlot& s, int glyph, const GlyphFrame& fr)
+      : s_(s), glyph_(glyph), fr_(fr) {}
+  void record(ShapeRecorder& r) const override {
+    for_each_point(s_, glyph_, [&](double fx, double fy, bool first) {
+      double x = 0.0;
+      double y = 0.0;
+      fr_.place(fx, fy, x, y);
+      if (first) {
+        r.move(x, y);
+      } else {
+        r.draw(x, y);
+      }
+    });
+  }
+
+ private:
+  const AlphabetSlot& s_;
+  int glyph_;
+  GlyphFrame fr_;
+};
+
+// Draws a stroke glyph as a shape when the device places shapes (the same glyph at the
+// same size and angle is then written once); false when it must be drawn line by line.
+bool place_stroke_glyph(GlobalBlock& g, const AlphabetSlot& s, int glyph,
+                        const GlyphFrame& fr) {
+  if ((g.pipe.caps & kCapShapes) == 0U) {
+    return false;
+  }
+  GlyphFrame rel = fr;
+  rel.x0 = 0.0;
+  rel.y0 = 0.0;
+  const ShapeKey key{reinterpret_cast<std::uintptr_t>(s.index),
+                     static_cast<std::uint64_t>(glyph) | (fr.italic ? 1ULL << 20 : 0ULL) |
+                         static_cast<std::uint64_t>(std::bit_cast<std::uint32_t>(
+                             static_cast<float>(s.offset_unit)))
+                             << 32,
+                     std::bit_cast<std::uint64_t>(fr.ux),
+                     std::bit_cast<std::uint64_t>(fr.uy),
+                     std::bit_cast<std::uint64_t>(fr.slant),
+                     std::bit_cast<std::uint64_t>(fr.inset),
+                     std::bit_cast<std::uint64_t>(fr.sn),
+                     std::bit_cast<std::uint64_t>(fr.cs)};
+  return place_shape(g, key, fr.x0, fr.y0, StrokeShape(s, glyph, rel));
 }
 
 // Fills all contours of an outline glyph as one path by the even-odd rule, so that inner
@@ -194,7 +244,11 @@ int render_layout(GlobalBlock& g, const TextLayout& layout, double& x, double& y
         }
         // A glyph filled by the device keeps the font's weight; hatched or broken
         // outlines are drawn as lines too.
-        if (!filled || (g.pipe.caps & kCapFill) == 0U) {
+        if (e.kind == GlyphKind::Stroke) {
+          if (!place_stroke_glyph(g, s, e.glyph, fr)) {
+            draw_strokes(g, s, e.glyph, fr);
+          }
+        } else if (!filled || (g.pipe.caps & kCapFill) == 0U) {
           draw_strokes(g, s, e.glyph, fr);
         }
       }

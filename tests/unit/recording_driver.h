@@ -42,6 +42,12 @@ struct Written {
   double size;
 };
 
+// A shape placed by place_shape: its polylines moved to where it was placed.
+struct Placed {
+  int id;
+  std::vector<std::vector<Sent>> polylines;
+};
+
 // Records everything the pipeline hands to a driver.
 class Recorder final : public Driver {
  public:
@@ -66,6 +72,18 @@ class Recorder final : public Driver {
                      std::string(run.face), run.angle, run.size});
   }
   void image(const Image& img) override { images.push_back(img); }
+  void place_shape(const Shape& shape, double x, double y) override {
+    Placed& p = shapes.emplace_back();
+    p.id = shape.id;
+    std::size_t from = 0;
+    for (const int to : shape.ends) {
+      auto& line = p.polylines.emplace_back();
+      for (auto i = from; i < static_cast<std::size_t>(to); ++i) {
+        line.push_back({x + shape.xs[i], y + shape.ys[i], i == from ? Pen::Move : Pen::Draw});
+      }
+      from = static_cast<std::size_t>(to);
+    }
+  }
   bool close() override { return true; }
   bool failed() const override { return false; }
   long long overflows() const override { return overflow_count; }
@@ -77,6 +95,7 @@ class Recorder final : public Driver {
   std::vector<Filled> fills;
   std::vector<Written> texts;
   std::vector<Image> images;
+  std::vector<Placed> shapes;
   long long overflow_count = 0;  // what overflows() reports
 
  private:

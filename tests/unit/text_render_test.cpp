@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <string>
@@ -163,6 +164,78 @@ TEST(TextDraw, OutlineGlyphsAreOnePathOfTheirContours) {
   p.rec->fills.clear();
   p.draw("O");
   EXPECT_TRUE(p.rec->fills.empty());
+}
+
+TEST(TextDraw, StrokeGlyphsAsShapesAreTheLinesTheyReplace) {
+  // Catches shapes placed off by the glyph origin or the text angle, equal glyphs that do
+  // not share a shape (or different ones that do), glyphs crossing the clip rectangle or
+  // drawn dashed that skip the clipping or the dash engine, and a vector count that
+  // differs from line-by-line drawing.
+  auto lines = [](TextPlot& p, const char* text) {
+    p.draw(text, 500, 400);
+    std::vector<std::vector<Sent>> out;
+    for (const Sent& s : p.rec->points) {
+      if (s.pen == Pen::Move) {
+        out.emplace_back();
+      }
+      if (s.pen != Pen::End) {
+        out.back().push_back(s);
+      }
+    }
+    for (const recording::Placed& sh : p.rec->shapes) {
+      out.insert(out.end(), sh.polylines.begin(), sh.polylines.end());
+    }
+    return out;
+  };
+  for (const double angle : {0.0, 30.0}) {
+    TextPlot plain;
+    TextPlot shaped(kCapFill | kCapText | kCapShapes);
+    for (TextPlot* p : {&plain, &shaped}) {
+      api::angle(p->g, static_cast<int>(angle));
+    }
+    const auto want = lines(plain, "8.08");
+    const auto got = lines(shaped, "8.08");
+    EXPECT_TRUE(shaped.rec->points.empty());
+    ASSERT_EQ(shaped.rec->shapes.size(), 4U);
+    EXPECT_EQ(shaped.rec->shapes[0].id, shaped.rec->shapes[3].id);
+    EXPECT_NE(shaped.rec->shapes[0].id, shaped.rec->shapes[2].id);
+    ASSERT_EQ(got.size(), want.size());
+    // Shapes come after the lines in `got`; here every glyph is a shape, so the order
+    // is the drawing order.
+    for (std::size_t i = 0; i < want.size(); ++i) {
+      ASSERT_EQ(got[i].size(), want[i].size());
+      for (std::size_t k = 0; k < want[i].size(); ++k) {
+        EXPECT_NEAR(got[i][k].x, want[i][k].x, 1e-9);
+        EXPECT_NEAR(got[i][k].y, want[i][k].y, 1e-9);
+      }
+    }
+    EXPECT_EQ(shaped.g.core.vectors, plain.g.core.vectors);
+  }
+
+  // A clip border through the last glyph.
+  TextPlot plain;
+  double right = 0.0;
+  for (const auto& line : lines(plain, "8.08")) {
+    for (const Sent& s : line) {
+      right = std::max(right, s.x);
+    }
+  }
+  const double border = right - 1.0;
+  TextPlot clipped(kCapFill | kCapText | kCapShapes);
+  clipped.g.pipe.clip_mode = ClipMode::Rect;
+  clipped.g.pipe.clip = {0.0, 0.0, border, 1000.0};
+  lines(clipped, "8.08");
+  EXPECT_EQ(clipped.rec->shapes.size(), 3U);
+  ASSERT_FALSE(clipped.rec->points.empty());
+  for (const Sent& s : clipped.rec->points) {
+    EXPECT_LE(s.x, border + kClipTolerance);
+  }
+
+  TextPlot dashed(kCapFill | kCapText | kCapShapes);
+  api::lintyp(dashed.g, 2);
+  lines(dashed, "8");
+  EXPECT_TRUE(dashed.rec->shapes.empty());
+  EXPECT_FALSE(dashed.rec->points.empty());
 }
 
 TEST(TextDraw, BadInputAndCharactersWithoutGlyph) {
