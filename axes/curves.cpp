@@ -419,6 +419,7 @@ void curve_defaults(GlobalBlock& g) {
   g.curves = CurveState{};
   g.legend = LegendState{};
   g.charts = ChartState{};
+  g.contours = ContourState{};
 }
 
 }  // namespace zorvel

@@ -8,6 +8,7 @@
 #include "axes/chart_state.h"
 #include "axes/curve_state.h"
 #include "axes3d/axes3d.h"
+#include "contour/contour_state.h"
 #include "core/callbacks.h"
 #include "core/lifecycle.h"
 #include "core/messages.h"
@@ -32,6 +33,7 @@ struct GlobalBlock {
   LegendState legend;  // the legend being built
   ChartState charts;   // bar graphs, pie charts, the polar axis system
   View3dState view3d;  // the 3D axis system: box, view, projection
+  ContourState contours;  // contours, colour plots, surfaces, the z-buffer
   RasterState raster;  // the raster page, its settings and pixel access
   GlobalBlock() = default;
   GlobalBlock(const GlobalBlock&) = delete;
