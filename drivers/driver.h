@@ -113,6 +113,8 @@ enum DriverCaps : unsigned {
   kCapImages = 16U,  // image() places pixel blocks; without it the pipeline fills one
                      //   rectangle per run of equal pixels
   kCapAlpha = 32U,   // colours and images may be translucent (Rgb::a, image alpha)
+  kCapSectors = 64U, // sector() fills annular sectors (pie slices) with true arcs;
+                     //   without it the pipeline fills a polygon
 };
 
 // Line width of linwid as the pipeline hands it to the driver.
@@ -134,6 +136,19 @@ struct Path {
   std::span<const double> ys;
   std::span<const int> ends;
   FillRule rule = FillRule::NonZero;
+};
+
+// A filled annular sector in device units: centre, inner radius r1 (0: a pie slice) up
+// to the outer radius r2, from angle `start` to `end` in degrees, measured from the
+// device's x axis towards its y axis; 0 <= r1 <= r2, start < end <= start + 360. The
+// pipeline sends only sectors that lie wholly inside the clip region.
+struct Sector {
+  double x = 0.0;
+  double y = 0.0;
+  double r1 = 0.0;
+  double r2 = 0.0;
+  double start = 0.0;
+  double end = 0.0;
 };
 
 // One character of a driver-font text run.
@@ -216,6 +231,10 @@ class Driver {
   // Filled path in the given colour; the current colour stays as it was for the lines
   // that follow. Called only when caps() has kCapFill.
   virtual void fill(const Path& /*path*/, Rgb /*rgb*/) {}
+
+  // Filled sector in the given colour, which stays in force only for the sector. Called
+  // only when caps() has kCapSectors.
+  virtual void sector(const Sector& /*s*/, Rgb /*rgb*/) {}
 
   // Text in a driver font. Called only when caps() has kCapText.
   virtual void text(const TextRun& /*run*/) {}

@@ -66,6 +66,7 @@ class Recorder final : public Driver {
                      std::string(run.face), run.angle, run.size});
   }
   void image(const Image& img) override { images.push_back(img); }
+  void sector(const Sector& s, Rgb /*rgb*/) override { sectors.push_back(s); }
   bool close() override { return true; }
   bool failed() const override { return false; }
   long long overflows() const override { return overflow_count; }
@@ -77,6 +78,7 @@ class Recorder final : public Driver {
   std::vector<Filled> fills;
   std::vector<Written> texts;
   std::vector<Image> images;
+  std::vector<Sector> sectors;
   long long overflow_count = 0;  // what overflows() reports
 
  private:
