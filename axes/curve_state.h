@@ -46,6 +46,8 @@ struct CurveRecord {
   int symbol_colour = -1;       // -1: the curve's colour
   bool line = true;             // the points were joined
   int method = kLine;
+  int pattern = -1;             // a filled area (bars, areas, sectors): its fill pattern
+                                //   (0..kUserPattern), shown as a box; -1 none
 };
 
 // A symbol of mysymb: a polygon in units of the symbol height, centred at (0, 0), y up.
@@ -92,7 +94,7 @@ struct LegendPattern {
   int width = 1;
   int symbol = -1;
   int colour = -1;             // -1 the current colour
-  int pattern = -1;            // a shading pattern for filled charts, -1 none
+  int pattern = -1;            // a box in this fill pattern (0..17), -1 none
 };
 
 struct LegendState {

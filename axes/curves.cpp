@@ -38,11 +38,21 @@ constexpr std::array<int, 10> kCycle = {
 
 bool finite(double v) { return std::isfinite(v); }
 
+// The record of the next curve (null beyond those a legend can show); counts the curve.
+CurveRecord* next_record(CurveState& c) {
+  CurveRecord* r =
+      c.curves < kMaxLegendLines ? &c.records[static_cast<std::size_t>(c.curves)] : nullptr;
+  if (c.curves < 2147483647) {
+    ++c.curves;
+  }
+  return r;
+}
+
 // Remembers how the curve is drawn, for its legend line.
 void record(GlobalBlock& g, bool lines, bool symbols) {
   CurveState& c = g.curves;
-  if (c.curves < kMaxLegendLines) {
-    CurveRecord& r = c.records[static_cast<std::size_t>(c.curves)];
+  if (CurveRecord* rp = next_record(c); rp != nullptr) {
+    CurveRecord& r = *rp;
     const PipelineState& p = g.pipe;
     r.dash_count = std::clamp(p.dash_count, 1, static_cast<int>(r.dash.size()));
     for (int i = 0; i < r.dash_count; ++i) {
@@ -54,9 +64,7 @@ void record(GlobalBlock& g, bool lines, bool symbols) {
     r.symbol_colour = c.symbol_colour;
     r.line = lines;
     r.method = c.method;
-  }
-  if (c.curves < 2147483647) {
-    ++c.curves;
+    r.pattern = lines && c.method == kFilledBars ? p.pattern.number : -1;
   }
 }
 
@@ -309,6 +317,15 @@ CurveColour::~CurveColour() {
 }
 
 void record_curve(GlobalBlock& g, bool lines, bool symbols) { record(g, lines, symbols); }
+
+void record_area(GlobalBlock& g, int pattern, int colour) {
+  if (CurveRecord* r = next_record(g.curves); r != nullptr) {
+    *r = CurveRecord{};
+    r->colour = colour;
+    r->line = false;
+    r->pattern = pattern;
+  }
+}
 
 namespace api {
 

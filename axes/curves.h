@@ -27,4 +27,10 @@ class CurveColour {
 // Remembers how the curve just drawn looked (lines, symbols), for its legend line.
 void record_curve(GlobalBlock& g, bool lines, bool symbols);
 
+// Remembers a filled area just drawn (bars, areas between curves, sectors) for its
+// legend line, which shows a box in fill pattern `pattern` (0..kUserPattern: shdpat's
+// numbers, 17 the pattern of myptrn) and colour `colour` (a colour value). One call per
+// legend entry: a chart whose bars make one entry records once.
+void record_area(GlobalBlock& g, int pattern, int colour);
+
 }  // namespace zorvel

@@ -51,10 +51,11 @@ constexpr double kMaxFactor = 100.0;
 constexpr double kLineFactor = 1.5;
 // legpos: within 1 km of the page corner, like origin.
 constexpr int kMaxPosition = 100000;
-// legpat: line styles of lintyp, widths of linwid, shading patterns 0 (empty) to 17.
+// legpat: line styles of lintyp, widths of linwid, the fill patterns of shdpat and
+// myptrn (0 empty to kUserPattern).
 constexpr int kMaxStyle = 7;
 constexpr int kMaxWidth = 32000;
-constexpr int kMaxPattern = 17;
+constexpr int kMaxPattern = kUserPattern;
 
 bool opened(GlobalBlock& g) {
   if (!g.legend.open) {
@@ -197,7 +198,7 @@ struct Look {
   int colour = -1;  // -1 the current colour
   int symbol = -1;
   int symbol_colour = -1;  // -1 the colour of the line
-  int box = -1;            // a bar: 0 empty, above 0 filled; -1 none
+  int box = -1;            // a bar in this fill pattern (0 empty .. kUserPattern); -1 none
 };
 
 Look look_of(const GlobalBlock& g, int line) {
@@ -216,13 +217,13 @@ Look look_of(const GlobalBlock& g, int line) {
     k.defined = true;
     if (line < kMaxLegendLines) {  // later curves are not recorded: text alone
       const CurveRecord& r = g.curves.records[i];
-      k.line = r.line && r.method != kFilledBars;
+      k.line = r.line && r.pattern < 0;
       k.record = &r;
       k.width = r.width;
       k.colour = r.colour;
       k.symbol = r.symbol;
       k.symbol_colour = r.symbol_colour;
-      k.box = r.method == kFilledBars ? 1 : -1;
+      k.box = r.pattern;
     }
   }
   return k;
@@ -291,13 +292,15 @@ void draw_pattern(GlobalBlock& g, PenScope& pen, const Look& k, double x, double
   const int colour = k.colour >= 0 ? k.colour : pen.caller_colour();
   pen.colour(colour);
   if (k.box >= 0) {
-    // A bar of the capitals' height; its outline in the caller's width.
+    // A bar of the capitals' height in its fill pattern, outlined in the caller's width
+    // (fills that are not solid draw their outline themselves).
     const double top = y - m.h / 2;
     const double bottom = y + m.h / 2;
-    if (k.box > 0) {
-      fill_rectangle(g, x, top, x + length, bottom);
+    const FillPatternScope pattern(g, k.box);
+    fill_rectangle(g, x, top, x + length, bottom);
+    if (k.box == kSolidPattern) {
+      rectangle(g, x, top, x + length, bottom);
     }
-    rectangle(g, x, top, x + length, bottom);
   }
   if (k.line) {
     if (k.record != nullptr) {
@@ -377,6 +380,7 @@ void draw_legend(GlobalBlock& g, const Measure& m, int x0, int y0) {
                              : l.background;
   if (background >= 0) {
     pen.colour(background);
+    const FillPatternScope solid(g, kSolidPattern);
     fill_rectangle(g, x0, y0, x1, y1);
   }
   const int frame = g.axes.frame >= 1 ? g.axes.frame : 0;

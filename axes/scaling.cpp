@@ -473,6 +473,7 @@ void graf(GlobalBlock& g, double xa, double xe, double xorg, double xstp, double
     const double xs[4] = {rect.xmin, rect.xmax, rect.xmax, rect.xmin};
     const double ys[4] = {rect.ymin, rect.ymin, rect.ymax, rect.ymax};
     set_colour(g, s.background);
+    const FillPatternScope solid(g, kSolidPattern);
     fill_polygon(g, xs, ys, 4);
     set_colour(g, colour);
   }

@@ -289,6 +289,7 @@ void stroke(GlobalBlock& g, const Outline& o) {
 
 void paint(GlobalBlock& g, const Outline& o, bool filled) {
   if (filled && o.n >= 3) {
+    const FillPatternScope solid(g, kSolidPattern);  // symbols stay solid in hatched charts
     fill_polygon(g, o.xs.data(), o.ys.data(), o.n);
   }
   stroke(g, o);

@@ -278,6 +278,25 @@ int clip_polygon(const PipelineState& p, std::vector<double>& xs, std::vector<do
   return static_cast<int>(xs.size());
 }
 
+bool box_inside_clip(const PipelineState& p, const ClipRect& box) {
+  switch (active_region(p)) {
+    case Region::None:
+      return true;
+    case Region::Rect:
+      return inside_rect(p.clip, box.xmin, box.ymin) && inside_rect(p.clip, box.xmax, box.ymax);
+    case Region::Circle:
+      break;
+  }
+  for (const double x : {box.xmin, box.xmax}) {
+    for (const double y : {box.ymin, box.ymax}) {
+      if (std::hypot(x - p.circle_x, y - p.circle_y) > p.circle_r) {
+        return false;
+      }
+    }
+  }
+  return true;
+}
+
 // Settings
 // ========
 

@@ -34,6 +34,7 @@ void point(GlobalBlock& g, int nx, int ny, int nb, int nh, int ncol) {
   const double xs[4] = {x - hw, x + hw, x + hw, x - hw};
   const double ys[4] = {y - hh, y - hh, y + hh, y + hh};
   set_colour(g, ncol);
+  const FillPatternScope solid(g, kSolidPattern);  // a point, not an area
   fill_polygon(g, xs, ys, 4);
   set_colour(g, colour);
 }

@@ -85,6 +85,7 @@ void reset_for_plot(GlobalBlock& g) {
   p.strokes = 1;
   p.stroke_step = 0.0;
   p.fill_active = false;
+  p.pattern = FillPattern{};
   p.path_open = false;
   p.write_error_reported = false;
   p.overflows_reported = 0;

@@ -64,6 +64,28 @@ enum class ClipBorder { Page = 0, User = 1, Axis = 2 };
 // Clipping region choice (clpmod).
 enum class ClipMode { Auto = 0, None = 1, Circle = 2, Rect = 3 };
 
+// Fill patterns (shdpat, myptrn): how fill_path fills. 0 draws the outline alone, 1 to
+// 15 are the hatchings of the table in pattern.cpp, 16 is solid and 17 the line families
+// that myptrn defined.
+inline constexpr int kOutlinePattern = 0;
+inline constexpr int kSolidPattern = 16;
+inline constexpr int kUserPattern = 17;
+// Line families of one pattern, at most (myptrn).
+inline constexpr int kMaxHatchFamilies = 10;
+
+// One family of parallel hatch lines.
+struct HatchFamily {
+  double angle = 0.0;    // degrees, counter-clockwise on the page from the x axis
+  double spacing = 1.0;  // distance between neighbouring lines, plot units
+};
+
+// The pattern in force for every filled area; zorini sets it to solid.
+struct FillPattern {
+  int number = kSolidPattern;                       // 0..kUserPattern
+  std::array<HatchFamily, kMaxHatchFamilies> user;  // the families of myptrn ...
+  int user_count = 0;                               // ... and their number
+};
+
 // A crossing of a hatch line with an edge of a filled path.
 struct Crossing {
   double x;
@@ -176,6 +198,7 @@ struct PipelineState {
   int strokes = 1;                 // parallel strokes of the widened line
   double stroke_step = 0.0;        // their distance, plot units
   bool fill_active = false;        // a fill is drawing: colour changes do not flush
+  FillPattern pattern;             // shdpat, myptrn: how fill_path fills
   bool path_open = false;          // points went to the driver since its last End
   double last_dev_x = 0.0;         // last point handed to the driver, device units
   double last_dev_y = 0.0;
@@ -195,6 +218,9 @@ struct PipelineState {
   std::vector<double> cut_x;       // one contour while it is clipped
   std::vector<double> cut_y;
   std::vector<Crossing> crossings; // hatch lines of a fill
+  std::vector<double> area_x;      // the outline of an area being built (sectors, the
+  std::vector<double> area_y;      //   areas of charts), before it goes to fill_path
+  std::vector<int> area_ends;
   std::vector<GlyphPlace> glyphs;  // a text run in device units
   std::string run_text;            // its visible characters as UTF-8
   ShapeCache shapes;               // shapes of the open plot
@@ -217,13 +243,51 @@ void flush_polyline(GlobalBlock& g);
 void end_polyline(GlobalBlock& g);
 
 // Fills the polygon of n points (plot units before the origin offset, closed
-// implicitly) in the current colour, clipped to the rectangle in force (non-zero rule).
+// implicitly) in the current colour and pattern, clipped to the rectangle in force
+// (non-zero rule).
 void fill_polygon(GlobalBlock& g, const double* xs, const double* ys, int n);
 // Fills a path of several contours: contour i ends before index ends[i] (the last end is
 // the number of points). Points as for fill_polygon; any count. Contours of fewer than
-// three points are left out. Drivers without fills get the area hatched by the rule.
+// three points are left out. The pattern in force decides how: solid goes to the driver
+// (drivers without fills get the area hatched by the rule with their thinnest pen);
+// pattern 0 draws the contours as lines; a hatching draws its line families inside by
+// the rule, and the contours. These lines take the current colour and width and the
+// clip region in force (a clip circle too), not the dash pattern.
 void fill_path(GlobalBlock& g, const double* xs, const double* ys, const int* ends,
                int contours, FillRule rule);
+
+// Fill patterns (pattern.cpp)
+// ===========================
+
+// Selects the pattern of the fills that follow (0..kUserPattern; the caller has checked).
+void set_fill_pattern(GlobalBlock& g, int number);
+// The line families of pattern `number` (1..15, or kUserPattern for those of myptrn)
+// into `out`; their count, 0 for the outline, solid and an empty user pattern.
+int hatch_families(const FillPattern& f, int number, HatchFamily* out);
+
+// Fills in pattern `number` while it lives, and gives back the pattern it found. Code
+// whose fills are no areas of a chart (glyphs, symbols, images, backgrounds) keeps them
+// solid with it.
+class FillPatternScope {
+ public:
+  FillPatternScope(GlobalBlock& g, int number);
+  ~FillPatternScope();
+  FillPatternScope(const FillPatternScope&) = delete;
+  FillPatternScope& operator=(const FillPatternScope&) = delete;
+
+ private:
+  GlobalBlock& g_;
+  int old_;
+};
+
+// Fills the annular sector around (cx, cy) (plot units before the origin offset) from
+// radius r1 to r2 (0 <= r1 <= r2), from angle a to b (degrees counter-clockwise on the
+// page from 3 o'clock, a < b; a sweep beyond 360 degrees is a full ring) in the current
+// colour and pattern. Solid sectors go to drivers with kCapSectors whole when no
+// transform is in force and they lie inside the clip region; everything else becomes a
+// polygon whose chords stay within kArcTolerance of the arc.
+void fill_sector(GlobalBlock& g, double cx, double cy, double r1, double r2, double a, double b);
+inline constexpr double kArcTolerance = 0.25;  // plot units
 
 // A text run in a driver font: the glyphs' base-line centres in plot units before the
 // origin offset (transformed and clipped like points: glyphs outside the clip region
@@ -368,6 +432,9 @@ void clip_and_send(GlobalBlock& g, const double* xs, const double* ys, int n);
 // using (tx, ty) as scratch; returns the number of points left in (xs, ys).
 int clip_polygon(const PipelineState& p, std::vector<double>& xs, std::vector<double>& ys,
                  std::vector<double>& tx, std::vector<double>& ty);
+
+// Whether the box (plot units, origin applied) lies wholly inside the active clip region.
+bool box_inside_clip(const PipelineState& p, const ClipRect& box);
 
 // Dispatch (dispatch.cpp)
 // =======================

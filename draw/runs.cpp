@@ -153,6 +153,7 @@ void draw_image(GlobalBlock& g, const Image& img) {
         const double yb = img.y0 + (j + 1) * dy;
         const double xs[4] = {xa, xb, xb, xa};
         const double ys[4] = {ya, ya, yb, yb};
+        const FillPatternScope solid(g, kSolidPattern);
         fill_polygon(g, xs, ys, 4);
       }
       i = k;

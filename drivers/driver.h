@@ -115,6 +115,8 @@ enum DriverCaps : unsigned {
   kCapAlpha = 32U,   // colours and images may be translucent (Rgb::a, image alpha)
   kCapShapes = 64U,  // place_shape() defines a group of polylines once and places it by
                      //   reference; without it the pipeline sends the polylines each time
+  kCapSectors = 128U,  // sector() fills annular sectors (pie slices) with true arcs;
+                       //   without it the pipeline fills a polygon
 };
 
 // Line width of linwid as the pipeline hands it to the driver.
@@ -136,6 +138,19 @@ struct Path {
   std::span<const double> ys;
   std::span<const int> ends;
   FillRule rule = FillRule::NonZero;
+};
+
+// A filled annular sector in device units: centre, inner radius r1 (0: a pie slice) up
+// to the outer radius r2, from angle `start` to `end` in degrees, measured from the
+// device's x axis towards its y axis; 0 <= r1 <= r2, start < end <= start + 360. The
+// pipeline sends only sectors that lie wholly inside the clip region.
+struct Sector {
+  double x = 0.0;
+  double y = 0.0;
+  double r1 = 0.0;
+  double r2 = 0.0;
+  double start = 0.0;
+  double end = 0.0;
 };
 
 // One character of a driver-font text run.
@@ -233,6 +248,10 @@ class Driver {
   // Filled path in the given colour; the current colour stays as it was for the lines
   // that follow. Called only when caps() has kCapFill.
   virtual void fill(const Path& /*path*/, Rgb /*rgb*/) {}
+
+  // Filled sector in the given colour, which stays in force only for the sector. Called
+  // only when caps() has kCapSectors.
+  virtual void sector(const Sector& /*s*/, Rgb /*rgb*/) {}
 
   // Text in a driver font. Called only when caps() has kCapText.
   virtual void text(const TextRun& /*run*/) {}

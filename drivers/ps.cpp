@@ -193,13 +193,17 @@ class PsDriver final : public Driver {
   void line_cap(int cap) override;
   void line_join(int join, double miter_limit) override;
   void fill(const Path& path, Rgb rgb) override;
+  void sector(const Sector& s, Rgb rgb) override;
   void new_page() override;
   void text(const TextRun& run) override;
   bool close() override;
   bool failed() const override { return out_ && out_->failed(); }
   long long overflows() const override { return out_ ? out_->overflows() : 0; }
-  // Paths are filled natively: rectangles through the prolog's `e`, others as paths.
-  unsigned caps() const override { return kCapFill | kCapText | kCapWidths | kCapShapes; }
+  // Paths are filled natively: rectangles through the prolog's `e`, others as paths,
+  // sectors through `sec`.
+  unsigned caps() const override {
+    return kCapFill | kCapText | kCapWidths | kCapShapes | kCapSectors;
+  }
   void place_shape(const Shape& shape, double x, double y) override;
 
  private:
@@ -693,6 +697,23 @@ void PsDriver::fill(const Path& path, Rgb rgb) {
   }
   out.words(path.rule == FillRule::EvenOdd ? "closepath eofill grestore "
                                            : "closepath fill grestore ");
+}
+
+// A sector with the prolog's `sec`: "x y r1 r2 a a2 r g b sec", which draws the inner
+// arc from a to a2 and the outer one back, inside gsave/grestore.
+void PsDriver::sector(const Sector& s, Rgb rgb) {
+  end_polyline();
+  TextWriter& out = *out_;
+  out.int_word(to_unit(s.x));
+  out.int_word(to_unit(s.y));
+  out.int_word(to_unit(s.r1));
+  out.int_word(to_unit(s.r2));
+  out.fixed_word(s.start, 2);
+  out.fixed_word(s.end, 2);
+  out.int_word(std::clamp(rgb.r, 0, 255));
+  out.int_word(std::clamp(rgb.g, 0, 255));
+  out.int_word(std::clamp(rgb.b, 0, 255));
+  out.word("sec ");
 }
 
 // Text

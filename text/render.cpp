@@ -163,6 +163,7 @@ bool fill_outline(GlobalBlock& g, const AlphabetSlot& s, int glyph, const GlyphF
     end_contour();
   }
   if (!sc.ends.empty()) {
+    const FillPatternScope solid(g, kSolidPattern);  // glyphs are never hatched
     fill_path(g, sc.xs.data(), sc.ys.data(), sc.ends.data(), static_cast<int>(sc.ends.size()),
               FillRule::EvenOdd);
   }

@@ -84,6 +84,7 @@ class Recorder final : public Driver {
       from = static_cast<std::size_t>(to);
     }
   }
+  void sector(const Sector& s, Rgb /*rgb*/) override { sectors.push_back(s); }
   bool close() override { return true; }
   bool failed() const override { return false; }
   long long overflows() const override { return overflow_count; }
@@ -96,6 +97,7 @@ class Recorder final : public Driver {
   std::vector<Written> texts;
   std::vector<Image> images;
   std::vector<Placed> shapes;
+  std::vector<Sector> sectors;
   long long overflow_count = 0;  // what overflows() reports
 
  private:
