@@ -137,6 +137,12 @@ void labdig(GlobalBlock& g, int ndig, const char* cax) {
 }
 
 void labdis(GlobalBlock& g, int n, const char* cax) {
+  if (chart_key(cax) == "BAR") {
+    if (check_length(g, n)) {
+      g.charts.bars.label_distance = n;
+    }
+    return;
+  }
   if (chart_key(cax) == "CON") {
     if (check_range(g, n, 1, 10000)) {
       g.axes.chart.contour_label_dist = n;
