@@ -33,9 +33,38 @@ void draw_axis_frame(GlobalBlock& g);
 // labels; on log axes labelled by decades, 9 gives a line at every tick).
 void draw_axis_grid(GlobalBlock& g, int nx, int ny);
 
+// Draws (or with draw = false measures) axis ax laid along any line: from the page point
+// (x0, y0) in the unit direction (ux, uy) over `length` plot units, its ticks, labels
+// and name on the side of the unit normal (nx, ny), with the parts that setgrf gives the
+// lower X axis; no label at the value 0. Returns how far it reaches along the normal.
+// The radius axis of polar systems.
+double draw_axis_ray(GlobalBlock& g, int ax, double x0, double y0, double ux, double uy,
+                     double nx, double ny, double length, bool draw);
+
+// Centres the axis system of the stored scaling on the page with everything drawn around
+// it (center()); the caller places its scaling again afterwards.
+void centre_axis_system(GlobalBlock& g);
+
 // The scaling checks of graf for one axis (start, end, first label, step): the warnings
 // of equal limits, a zero or wrongly signed step, a first label outside; false for the
 // fatal ones.
 bool check_axis_scaling(GlobalBlock& g, const double v[4]);
+
+// Polar axis systems (polar.cpp)
+// ==============================
+
+// Page position of the data point (radius r, angle phi in polopt's unit) of the polar axis
+// system in force; false when it is not a finite point.
+bool polar_to_page(const GlobalBlock& g, double r, double phi, double& px, double& py);
+// The BARS, STEM (spokes from the centre) and FBAR (wedges) forms of curve in a polar
+// axis system.
+void draw_polar_bars(GlobalBlock& g, const double* r, const double* phi, int n, int method);
+// The circle, angle labels and radius axis of a polar system, as draw_axis_system.
+AxisExtents draw_polar_axes(GlobalBlock& g, bool draw);
+// Ends a polar axis system (endgrf): the clip circle goes, the log flags come back.
+void end_polar(GlobalBlock& g);
+// Segments of an arc of `sweep` radians at `radius` plot units that keep the polygon
+// within a fifth of a plot unit of the true arc (1 to 2000).
+int arc_segments(double radius, double sweep);
 
 }  // namespace zorvel

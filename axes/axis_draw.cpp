@@ -448,6 +448,12 @@ double edge_reach(const GlobalBlock& g, const AxisLine& l, double out) {
 }  // namespace
 
 AxisExtents draw_axis_system(GlobalBlock& g, bool draw) {
+  if (g.axes.no_axes) {
+    return {};  // a pie chart's axis system
+  }
+  if (g.axes.polar) {
+    return draw_polar_axes(g, draw);
+  }
   AxisExtents ext{};
   const PageClipScope page(g);
   for (int side = 0; side < 4; ++side) {
@@ -471,6 +477,25 @@ AxisExtents draw_axis_system(GlobalBlock& g, bool draw) {
     }
   }
   return ext;
+}
+
+double draw_axis_ray(GlobalBlock& g, int ax, double x0, double y0, double ux, double uy,
+                     double nx, double ny, double length, bool draw) {
+  AxisLine l;
+  l.ax = ax;
+  l.side = kSideBottom;
+  l.parts = g.axes.sides[kSideBottom];
+  l.x0 = x0;
+  l.y0 = y0;
+  l.ux = ux;
+  l.uy = uy;
+  l.nx = nx;
+  l.ny = ny;
+  l.length = length;
+  l.crossed = true;  // no label at 0, the name at the far end
+  const PageClipScope page(g);
+  const DashScope solid(g);
+  return AxisPainter(g, l, draw).run();
 }
 
 void draw_axis_frame(GlobalBlock& g) {

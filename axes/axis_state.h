@@ -98,7 +98,7 @@ struct AxisSettings {
 // Label settings of the charts (bars, pies, contours); stored now, read by the charts.
 struct ChartLabelSettings {
   int bar_labels = 0;            // "NONE+SECO+FIRS+MAXI+MINI+DELT+POSI"
-  int pie_labels = 0;            // "NONE+PERC+DATA+BOTH"
+  int pie_labels = 1;            // "NONE+PERC+DATA+BOTH": percentages
   int contour_labels = 0;        // "NONE+FLOA+CONL"
   int bar_digits = 1;
   int pie_digits = 1;
@@ -162,7 +162,8 @@ struct AxisState {
   std::array<bool, 3> autoscale{};           // setscl gave data limits
   std::array<double, 3> auto_min{};
   std::array<double, 3> auto_max{};
-  bool polar = false;
+  bool polar = false;                        // grafp: a polar axis system (axes/polar.cpp)
+  bool no_axes = false;                      // piegrf: scaled, but no axes drawn
   int background = -1;                       // axsbgd colour, -1 none
   bool no_second_axes = false;               // the upper and right axes are not drawn
   std::array<AxisScale, 3> scale{};

@@ -381,18 +381,8 @@ void count_nan(GlobalBlock& g) {
 }
 
 void record_bar_legend(GlobalBlock& g, int colour) {
-  // The legend line of a bar graph is a box filled in its colour. Until the legend keeps
-  // records of filled areas of their own, the bars pass as a curve of filled bars (FBAR),
-  // which the legend shows as such a box.
-  // ==== the one call site to become record_area(g, pattern, colour) ====
-  CurveState& c = g.curves;
-  const int method = c.method;
-  const int current = g.colour.current;
-  set_colour_if(g, colour);
-  c.method = kFilledBars;
-  record_curve(g, false, false);
-  c.method = method;
-  set_colour_if(g, current);
+  // The legend line of a bar graph: a box in its colour and the fill pattern in force.
+  record_area(g, g.pipe.pattern.number, colour);
 }
 
 void end_bar_group(GlobalBlock& g) {

@@ -71,6 +71,9 @@ void record(GlobalBlock& g, bool lines, bool symbols) {
 // The page position of the data point i, false when it cannot be placed.
 bool place(const GlobalBlock& g, const double* x, const double* y, int i, double& px,
            double& py) {
+  if (g.axes.polar) {
+    return polar_to_page(g, x[i], y[i], px, py);
+  }
   px = axis_page_x(g, x[i]);
   py = axis_page_y(g, y[i]);
   return finite(px) && finite(py);
@@ -91,6 +94,10 @@ double bar_base(const GlobalBlock& g) {
 
 // The joins of the interpolation methods that draw from point to point.
 void draw_joins(GlobalBlock& g, const double* x, const double* y, int n, int method) {
+  if (g.axes.polar && method != kLine) {
+    draw_polar_bars(g, x, y, n, method);  // BARS, STEM and FBAR: the others are refused
+    return;
+  }
   bool open = false;  // a line is being drawn
   double lx = 0.0, ly = 0.0;
   const double base = bar_base(g);

@@ -352,6 +352,8 @@ void place(AxisState& s) {
 
 bool check_axis_scaling(GlobalBlock& g, const double v[4]) { return check_axis(g, v); }
 
+void centre_axis_system(GlobalBlock& g) { centre(g); }
+
 double axis_page_x(const GlobalBlock& g, double x) { return to_page(g.axes, kAxisX, x); }
 
 double axis_page_y(const GlobalBlock& g, double y) { return to_page(g.axes, kAxisY, y); }
@@ -393,6 +395,7 @@ void graf(GlobalBlock& g, double xa, double xe, double xorg, double xstp, double
   AxisState& s = g.axes;
   g.core.level = 2;
   s.polar = false;
+  s.no_axes = false;
   s.scaled = false;
   double v[2][4] = {{xa, xe, xorg, xstp}, {ya, ye, yorg, ystp}};
   for (int ax = 0; ax < 2; ++ax) {
@@ -495,7 +498,11 @@ void endgrf(GlobalBlock& g) {
   clear_axis_clip(g);
   g.pipe.border = ClipBorder::Page;
   g.core.level = 1;
+  if (s.polar) {
+    end_polar(g);
+  }
   s.polar = false;
+  s.no_axes = false;
   s.scaled = false;
   s.autoscale = {};
   if (s.centring == 2) {
@@ -662,16 +669,28 @@ double yinvrs(GlobalBlock& g, int n) {
 }
 
 void rlstrt(GlobalBlock& g, double x, double y) {
-  move_to(g, axis_page_x(g, x), axis_page_y(g, y));
+  double px = axis_page_x(g, x), py = axis_page_y(g, y);
+  if (g.axes.polar) {
+    polar_to_page(g, x, y, px, py);
+  }
+  move_to(g, px, py);
 }
 
 void rlconn(GlobalBlock& g, double x, double y) {
-  draw_to(g, axis_page_x(g, x), axis_page_y(g, y));
+  double px = axis_page_x(g, x), py = axis_page_y(g, y);
+  if (g.axes.polar) {
+    polar_to_page(g, x, y, px, py);
+  }
+  draw_to(g, px, py);
 }
 
 void grid(GlobalBlock& g, int nx, int ny) {
   if (nx < 0 || nx > kMaxTicks || ny < 0 || ny > kMaxTicks) {
     warn(g, 2, std::max(nx, ny) > kMaxTicks ? std::max(nx, ny) : std::min(nx, ny));
+    return;
+  }
+  if (g.axes.polar) {
+    polgrd(g, nx, ny);  // rings and spokes
     return;
   }
   draw_axis_grid(g, nx, ny);

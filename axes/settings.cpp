@@ -123,7 +123,10 @@ void labdig(GlobalBlock& g, int ndig, const char* cax) {
   } else if (chart == "CON") {
     c.contour_digits = ndig;
   } else if (chart == "PIE") {
+    // Both numbers of a pie's labels; "DAT" and "PER" set one of them.
     c.pie_digits = ndig;
+    c.data_digits = ndig;
+    c.percent_digits = ndig;
   } else if (chart == "DAT") {
     c.data_digits = ndig;
   } else if (chart == "PER") {

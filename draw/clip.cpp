@@ -338,17 +338,26 @@ void clip_to_axis(GlobalBlock& g) {
 PageClipScope::PageClipScope(GlobalBlock& g)
     : g_(g),
       active_(g.pipe.border == ClipBorder::Axis && g.pipe.axis_rect_set &&
-              g.pipe.clip == g.pipe.axis_rect) {
-  if (active_) {
+              g.pipe.clip == g.pipe.axis_rect),
+      circle_(g.pipe.circle) {
+  if (active_ || circle_) {
     flush_polyline(g);
+  }
+  if (active_) {
     g.pipe.clip = {0.0, 0.0, g.page.width, g.page.height};
   }
+  g.pipe.circle = false;
 }
 
 PageClipScope::~PageClipScope() {
-  if (active_ && g_.pipe.border == ClipBorder::Axis) {
+  if (active_ || circle_) {
     flush_polyline(g_);
+  }
+  if (active_ && g_.pipe.border == ClipBorder::Axis) {
     g_.pipe.clip = g_.pipe.axis_rect;
+  }
+  if (circle_) {
+    g_.pipe.circle = true;
   }
 }
 

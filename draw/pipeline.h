@@ -398,7 +398,8 @@ void clear_transforms(GlobalBlock& g);
 void set_axis_clip(GlobalBlock& g, const ClipRect& r);
 void clear_axis_clip(GlobalBlock& g);
 // Inside an axis system whose frame clips (clpbor "AXIS"), text and the axes themselves
-// are clipped to the page: this scope switches the rectangle to the page while it lives.
+// are clipped to the page: this scope switches the rectangle to the page, and sets a
+// clip circle (that of a polar axis system) aside, while it lives.
 class PageClipScope {
  public:
   explicit PageClipScope(GlobalBlock& g);
@@ -409,6 +410,7 @@ class PageClipScope {
  private:
   GlobalBlock& g_;
   bool active_;
+  bool circle_;
 };
 // Clipping of data to the axis system: graf publishes the frame and makes it the clip
 // border.

@@ -111,6 +111,7 @@ static void stacked(void) {
     for (i = 0; i < 5; i++) {
       top[i] = bottom[i] + hours[k][i];
     }
+    shdpat(k == 1 ? 7 : 16); /* the middle part hatched */
     bars(x, bottom, top, 5);
     for (i = 0; i < 5; i++) {
       bottom[i] = top[i];
@@ -118,6 +119,7 @@ static void stacked(void) {
     leglin(cbuf, parts[k], k + 1);
   }
   barclr(-1, -1, -1);
+  shdpat(16);
   labels("NONE", "BAR");
   labpos("OUTS", "BAR");
   legtit("");

@@ -117,6 +117,7 @@ public final class ChartBars {
       for (int i = 0; i < 5; i++) {
         top[i] = bottom[i] + hours[k][i];
       }
+      shdpat(k == 1 ? 7 : 16); // the middle part hatched
       bars(x, bottom, top, 5);
       for (int i = 0; i < 5; i++) {
         bottom[i] = top[i];
@@ -124,6 +125,7 @@ public final class ChartBars {
       leglin(cbuf, parts[k], k + 1);
     }
     barclr(-1, -1, -1);
+    shdpat(16);
     labels("NONE", "BAR");
     labpos("OUTS", "BAR");
     legtit("");

@@ -162,7 +162,7 @@ TEST(Bars, BadInputIsWarnedAndNothingIsLost) {
   const int first = p.g.curves.curves;
   api::bars(p.g, cx, y1, cy, 3);
   const CurveRecord& r = p.g.curves.records[static_cast<std::size_t>(first)];
-  EXPECT_EQ(r.method, kFilledBars);
+  EXPECT_EQ(r.pattern, kSolidPattern);
   EXPECT_FALSE(r.line);
   EXPECT_EQ(r.colour, 2);
 }
