@@ -2,7 +2,9 @@
 # The peer workloads side by side in one run: the library (bench/zb_zorvel.c), the peers
 # PLplot, giza, gnuplot and matplotlib, and the limit programs, on the workloads and
 # formats of the shared benchmark (W1 1e5/1e6/1e7 points, W2 200 small plots, W3 20,000
-# labels, W4 100,000 markers, W5 a trivial plot). Each case runs as a whole process; the
+# labels, W4 100,000 markers, W5 a trivial plot) and the chart workload W6 of bench/charts
+# (a labelled 1,000-bar histogram of 1e6 values and a page of hatched bars; its peers'
+# programs are those of bench/charts). Each case runs as a whole process; the
 # cases of one workload and format take turns, RUNS times after a warm-up run. The table
 # gives per case the medians of wall time (ms clock), processor time (user + system) and
 # peak memory, the bytes written, and the wall time as a ratio to the fastest peer and to
@@ -55,11 +57,17 @@ g++ -O2 -std=c++17 -o "$bin/limit_text" "$peers/limit/limit_text.cpp" 2> /dev/nu
 [ $have_gp -eq 1 ] || echo "gnuplot left out (gnuplot-nox; --install)"
 [ $have_mpl -eq 1 ] || echo "matplotlib left out (python3-matplotlib; --install)"
 [ $have_lim -eq 1 ] || echo "limit programs left out (libpng-dev; --install)"
+charts=$root/bench/charts
+w6_pl=0 w6_gp=0
+[ $have_pl -eq 1 ] && gcc -O2 -o "$bin/zb_charts_plplot" "$charts/zb_charts_plplot.c" $(pkg-config --cflags --libs plplot) -lm 2> /dev/null && w6_pl=1
+[ $have_gp -eq 1 ] && gcc -O2 -o "$bin/mkcharts" "$charts/mkcharts.c" -lm 2> /dev/null && w6_gp=1
+[ $have_pl -eq $w6_pl ] || echo "PLplot left out of W6 ($charts/zb_charts_plplot.c does not build)"
+[ $have_gp -eq $w6_gp ] || echo "gnuplot left out of W6 ($charts/mkcharts.c does not build)"
 mpl=$peers/matplotlib/zb_mpl.py
 gp=$peers/gnuplot
 
 # Cases: "group|name|command|output" (OUT stands for the case's output prefix; the output
-# is a file or, for W2, a pattern of files).
+# is a file or, for W2 and W6, a pattern of files).
 cases=()
 add() { [[ $1 =~ $only ]] && cases+=("$1|$2|$3|$4"); return 0; }
 for plan in "w1_1e5:100000:ps" "w1_1e6:1000000:ps svg pdf png" "w1_1e7:10000000:ps"; do
@@ -93,6 +101,20 @@ for plan in "w2:ps svg" "w3:ps pdf" "w4:ps svg png" "w5:ps"; do
     [ $have_gp -eq 1 ] && add "$w.$f" gnuplot "gnuplot -c $gp/$w.gp $f OUT" "$out"
     [ $have_mpl -eq 1 ] && add "$w.$f" matplotlib "/usr/bin/python3 $mpl $w $f OUT" "$out"
   done
+done
+# W6: two pages, in one file where the format has pages, else in OUT.fmt and OUT_2.fmt
+# (matplotlib's PS too). gnuplot reads the bins from a file written here (not timed), so
+# its time leaves out the binning. A program that does not know w6 yet fails its warm-up
+# and keeps "-" in the table.
+for f in ps svg pdf png; do
+  g=w6.$f
+  add "$g" zorvel "$zb w6 $f OUT" "OUT*.$f"
+  [ $w6_pl -eq 1 ] && add "$g" plplot "$bin/zb_charts_plplot w6 $f OUT" "OUT*.$f"
+  if [ $w6_gp -eq 1 ]; then
+    [ -f "$work/w6_bins.bin" ] || "$bin/mkcharts" "$work/w6_bins.bin"
+    add "$g" gnuplot "gnuplot -c $charts/charts.gp $f OUT $work/w6_bins.bin" "OUT*.$f"
+  fi
+  [ $have_mpl -eq 1 ] && add "$g" matplotlib "/usr/bin/python3 $charts/zb_charts_mpl.py w6 $f OUT" "OUT*.$f"
 done
 [ ${#cases[@]} -gt 0 ] || { echo "no case matches '$only'"; exit 2; }
 

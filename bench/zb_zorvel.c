@@ -1,7 +1,7 @@
 /* The peer workloads W1-W5 (the shared benchmark's WORKLOADS.md) through the public C API,
  * with the peers' own data functions, for the runner bench/run.sh.
  * usage: zb_zorvel WORKLOAD FORMAT OUTPREFIX [N]
- *   WORKLOAD  w1 | w2 | w3 | w4 | w5
+ *   WORKLOAD  w1 | w2 | w3 | w4 | w5 | w6 (the chart workload of bench/charts)
  *   FORMAT    ps | svg | pdf | png (PNG pages of 1200 x 850 pixels, the default raster
  *             output; ZB_ZORVEL_SMOOTH=1 draws them anti-aliased)
  *   OUTPREFIX output file without its extension (w2: the prefix of 200 files)
@@ -10,6 +10,7 @@
 #include <stdlib.h>
 #include <string.h>
 
+#include "charts/w6_data.h"
 #include "workload_data.h"
 #include "zorvel.h"
 
@@ -147,9 +148,56 @@ static void w5(const char* pre) {
   zorfin();
 }
 
+/* W6: a histogram of 1e6 values into 1,000 bars labelled with their counts, then a page
+ * of 100 hatched bars (SVG and PNG write it to a second file). */
+static void w6(const char* pre) {
+  double* x = bench_alloc(W6_N * sizeof *x);
+  double xb[W6_BINS], yb[W6_BINS], y0[W6_BINS];
+  double bx[W6_BARS], bh[W6_BARS], b0[W6_BARS];
+  int i;
+  w6_data(W6_N, x);
+  open_page(pre);
+  histog(x, (int)W6_N, W6_LO, W6_HI, W6_BINS, "COUN", xb, yb);
+  for (i = 0; i < W6_BINS; i++) {
+    y0[i] = 0.0;
+  }
+  name("X axis", "X");
+  name("Y axis", "Y");
+  titlin("W6 histogram", 1);
+  graf(W6_LO, W6_HI, W6_LO, 1.0, 0.0, W6_YMAX, 0.0, 500.0);
+  title();
+  color("BLUE");
+  barwth(-1.0);
+  barclr(-1, -1, -1);
+  labels("SECO", "BAR");
+  labdig(0, "BAR");
+  height(7);
+  bars(xb, y0, yb, W6_BINS);
+  color("FORE");
+  endgrf();
+  newpag();
+  for (i = 0; i < W6_BARS; i++) {
+    bx[i] = i;
+    bh[i] = 1 + i % 10;
+    b0[i] = 0.0;
+  }
+  height(36);
+  labels("NONE", "BAR");
+  titlin("W6 hatched", 1);
+  graf(-1.0, 100.0, 0.0, 10.0, 0.0, 11.0, 0.0, 1.0);
+  title();
+  barwth(0.8);
+  barclr(255, 255, -1); /* black hatching and outlines */
+  shdpat(1);
+  bars(bx, b0, bh, W6_BARS);
+  endgrf();
+  zorfin();
+  free(x);
+}
+
 int main(int argc, char** argv) {
   if (argc < 4) {
-    fprintf(stderr, "usage: %s w1|w2|w3|w4|w5 ps|svg|pdf|png OUTPREFIX [N]\n", argv[0]);
+    fprintf(stderr, "usage: %s w1|w2|w3|w4|w5|w6 ps|svg|pdf|png OUTPREFIX [N]\n", argv[0]);
     return 2;
   }
   format = argv[2];
@@ -163,6 +211,8 @@ int main(int argc, char** argv) {
     w4(argv[3]);
   } else if (strcmp(argv[1], "w5") == 0) {
     w5(argv[3]);
+  } else if (strcmp(argv[1], "w6") == 0) {
+    w6(argv[3]);
   } else {
     fprintf(stderr, "unknown workload %s\n", argv[1]);
     return 2;
