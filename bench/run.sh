@@ -103,16 +103,15 @@ for plan in "w2:ps svg" "w3:ps pdf" "w4:ps svg png" "w5:ps"; do
   done
 done
 # W6: two pages, in one file where the format has pages, else in OUT.fmt and OUT_2.fmt
-# (matplotlib's PS too). gnuplot reads the bins from a file written here (not timed), so
-# its time leaves out the binning. A program that does not know w6 yet fails its warm-up
-# and keeps "-" in the table.
+# (matplotlib's PS too). gnuplot reads the values from a file written here (not timed)
+# and bins them itself.
 for f in ps svg pdf png; do
   g=w6.$f
   add "$g" zorvel "$zb w6 $f OUT" "OUT*.$f"
   [ $w6_pl -eq 1 ] && add "$g" plplot "$bin/zb_charts_plplot w6 $f OUT" "OUT*.$f"
   if [ $w6_gp -eq 1 ]; then
-    [ -f "$work/w6_bins.bin" ] || "$bin/mkcharts" "$work/w6_bins.bin"
-    add "$g" gnuplot "gnuplot -c $charts/charts.gp $f OUT $work/w6_bins.bin" "OUT*.$f"
+    [ -f "$work/w6_values.bin" ] || "$bin/mkcharts" "$work/w6_values.bin"
+    add "$g" gnuplot "gnuplot -c $charts/charts.gp $f OUT $work/w6_values.bin" "OUT*.$f"
   fi
   [ $have_mpl -eq 1 ] && add "$g" matplotlib "/usr/bin/python3 $charts/zb_charts_mpl.py w6 $f OUT" "OUT*.$f"
 done
