@@ -29,6 +29,7 @@ struct BarState {
   double depth_angle = 45.0;  //   in degrees from the category axis
   int label_distance = 15;    // labdis "BAR": bar end to label, plot units
   std::vector<double> scratch;  // sorted positions or data, reused between calls
+  std::vector<long long> counts;  // histog's bins, reused between calls
 };
 
 // The end of an axis system (endgrf): a bar group still waiting for some of its calls

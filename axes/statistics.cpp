@@ -113,26 +113,29 @@ void histog(GlobalBlock& g, const double* xray, int n, double xa, double xe, int
   const double step = range / nbin;
   const double per_unit = nbin / range;
   const auto edge = [&](int k) { return k == nbin ? xe : k * step + xa; };
-  std::fill_n(ybray, nbin, 0.0);
+  // Integer counts: a sum of doubles would chain every value to the one before.
+  std::vector<long long>& counts = g.charts.bars.counts;
+  counts.assign(static_cast<std::size_t>(nbin), 0);
   long long outside = 0;
-  double inside = 0.0;
+  long long nans = 0;
+  const int last = nbin - 1;
   for (int i = 0; i < n; ++i) {
     const double v = xray[i];
     if (!(v >= xa && v <= xe)) {
-      outside += std::isnan(v) ? 0 : 1;
+      (std::isnan(v) ? nans : outside) += 1;
       continue;
     }
     // The bin from the value's fraction of the range, then corrected by the edges
-    // themselves, so that a value on an edge falls into the bin that begins there.
-    int k = static_cast<int>((v - xa) * per_unit);
-    k = std::min(k, nbin - 1);
-    if (v < edge(k)) {
-      --k;
-    } else if (k != nbin - 1 && v >= edge(k + 1)) {
-      ++k;
-    }
-    ybray[k] += 1.0;
-    inside += 1.0;
+    // themselves, so that a value on an edge falls into the bin that begins there (the
+    // edge below bin k < nbin is k * step + xa).
+    int k = std::min(static_cast<int>((v - xa) * per_unit), last);
+    k -= static_cast<int>(v < k * step + xa);
+    k += static_cast<int>(k < last && v >= (k + 1) * step + xa);
+    ++counts[static_cast<std::size_t>(k)];
+  }
+  const auto inside = static_cast<double>(n - outside - nans);
+  for (int k = 0; k < nbin; ++k) {
+    ybray[k] = static_cast<double>(counts[static_cast<std::size_t>(k)]);
   }
   for (int k = 0; k < nbin; ++k) {
     const double e0 = edge(k);

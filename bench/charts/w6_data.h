@@ -21,7 +21,8 @@
 #define W6_R4_A3 0.6287067210378087
 #define W6_R4_A4 0.5385972572236101
 
-static inline double w6_frac(double t) { return t - floor(t); }
+/* frac(t) = t - floor(t); every t here is at least 0.5, where truncation is floor. */
+static inline double w6_frac(double t) { return t - (double)(long long)t; }
 
 /* Sample k: sqrt(3) (f1 + f2 + f3 + f4 - 2), f_j = frac(0.5 + k A_j): the scaled sum of
  * the four coordinates of the R4 sequence, mean 0, variance 1, within +-2 sqrt(3). */
