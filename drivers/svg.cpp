@@ -290,7 +290,7 @@ class SvgDriver final : public Driver {
   void move(double x, double y);
   void write_polyline();
   void end_polyline();
-  bool place_shape();
+  bool reuse_polyline();
   void open_line_group();
   void open_text_group(const FontStyle& font, int size);
   void close_group();
@@ -462,7 +462,7 @@ void SvgDriver::write_polyline() {
     out_->raw({begin, static_cast<std::size_t>(p - begin)});
     return;
   }
-  if (count_ <= kShapePoints && place_shape()) {
+  if (count_ <= kShapePoints && reuse_polyline()) {
     return;
   }
   out_->raw("<polyline points=\"\n");
@@ -484,7 +484,7 @@ void SvgDriver::write_polyline() {
 // <defs><polyline id="G7" points="0.00, 0.00 3.25, -4.00 ..."/></defs>, then drawn by
 // <use xlink:href="#G7" x=".." y=".."/>, which takes the stroke of the group it stands
 // in. True when the polyline is written this way.
-bool SvgDriver::place_shape() {
+bool SvgDriver::reuse_polyline() {
   std::array<long long, 2 * kShapePoints> rel{};
   const int n = count_ - 1;  // points after the first, in hundredths as written
   for (int i = 0; i < n; ++i) {
