@@ -225,7 +225,11 @@ bool sector_visible(const PipelineState& p, double x, double y, double r1, doubl
   for (double t = std::ceil(a / 90.0) * 90.0; t < b; t += 90.0) {
     add(r2, t);
   }
-  return box_inside_clip(p, box);
+  // Without clipping the arcs still must stay near the page: devices draw arcs of any
+  // radius only up to their own limits.
+  const bool near_page = box.xmin >= -p.page_w && box.xmax <= 2.0 * p.page_w &&
+                         box.ymin >= -p.page_h && box.ymax <= 2.0 * p.page_h;
+  return near_page && box_inside_clip(p, box);
 }
 
 // A solid sector through the driver's own arcs; false when the driver cannot take it
