@@ -5,6 +5,7 @@
 // convert user coordinates into plot units.
 
 #include <array>
+#include <cstdint>
 
 #include "core/fixed_string.h"
 
@@ -168,6 +169,7 @@ struct AxisState {
   bool no_second_axes = false;               // the upper and right axes are not drawn
   std::array<AxisScale, 3> scale{};
   bool scaled = false;                       // graf has stored a scaling
+  std::uint32_t graf_serial = 0;             // counts graf calls: tells axis systems apart
 };
 
 // The defaults of a new plot (zorini): every axis setting, position and lengths fitted

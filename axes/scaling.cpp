@@ -460,6 +460,7 @@ void graf(GlobalBlock& g, double xa, double xe, double xorg, double xstp, double
     }
   }
   s.scaled = true;
+  ++s.graf_serial;
   if (s.centring == 1) {
     centre(g);
     s.centring = 2;

@@ -2,8 +2,66 @@
 // State of contours, colour plots and surfaces: the contour label settings, the colour
 // bar, surface options and the z-buffer. zorini resets it to its defaults.
 
+#include <cstdint>
+#include <vector>
+
+#include "contour/lines.h"
+#include "core/fixed_string.h"
+
 namespace zorvel {
 
-struct ContourState {};
+// Longest text of conlab, in bytes.
+inline constexpr std::size_t kMaxContourLabel = 132;
+
+// A label placed on a contour line: the box that holds it with its gap, inside which
+// every contour line is cut. Plot units before the origin offset, y down.
+struct PlacedLabel {
+  double x = 0.0;   // centre
+  double y = 0.0;
+  double ux = 1.0;  // unit vector along the text's base line
+  double uy = 0.0;
+  double a = 0.0;   // half its length and half its height, gap included
+  double b = 0.0;
+};
+
+// The labels and lines of the axis system in force, so that labels keep clear of the
+// labels and of the lines other than their own. They belong to the axis system that the
+// key names; another one (a new graf, a plane, level 3) starts afresh.
+struct PlacedLabels {
+  std::uint32_t graf_serial = 0;
+  int level = 0;
+  bool plane = false;
+  std::vector<PlacedLabel> boxes;
+  // Square cells over the axis system: the number of the last piece of a contour line
+  // that crossed each (0 none), row by row from (x0, y0).
+  double x0 = 0.0;
+  double y0 = 0.0;
+  double cell = 1.0;
+  int cols = 0;
+  int rows = 0;
+  std::vector<std::uint32_t> owner;
+  std::uint32_t pieces = 0;  // pieces numbered so far
+};
+
+struct ContourState {
+  // Labels of contour lines (labels, labdig and labdis "CON" live in the axes' chart
+  // label settings).
+  FixedString<kMaxContourLabel> label_text;  // conlab: the text of labels "CONL"
+  double label_gap = 0.5;                    // congap: space around a label, in heights
+  PlacedLabels placed;
+
+  // Scratch space, reused (grown to the largest size seen).
+  ContourLines lines;                 // the lines of one level, user coordinates
+  std::vector<std::uint8_t> cells;    // marching squares: case and traced segments per cell
+  MeshWork mesh;                      // contour lines of triangles
+  std::vector<double> page_x;         // the lines of one call in plot units, in pieces
+  std::vector<double> page_y;
+  std::vector<std::size_t> piece_ends;
+  std::vector<std::uint8_t> piece_closed;
+  std::vector<double> ring_x;         // one piece, a closed one twice round
+  std::vector<double> ring_y;
+  std::vector<double> arc;            // its arc length up to each point
+  std::vector<std::size_t> near;      // labels near the piece being drawn
+};
 
 }  // namespace zorvel

@@ -15,6 +15,7 @@ packages=(
   libtiff-tools giflib-tools netpbm imagemagick  # read the raster files (consumers.raster_writers)
   chromium              # one SVG page rendered by a browser (consumers.chromium)
   hp2xx                 # reads the HPGL files in the tests
+  python3-contourpy qhull-bin  # contour lines and triangulations checked against them
 )
 [ $# -gt 0 ] && packages=("$@")
 missing=()
