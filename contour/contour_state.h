@@ -43,7 +43,20 @@ struct PlacedLabels {
   std::uint32_t pieces = 0;  // pieces numbered so far
 };
 
+// Colour plots and shaded contours: the colour range, the colour bar and their options
+// (colran, colbar, colopt, conopt).
+struct ColourPlotState {
+  int first = 1;    // colran: the colour range spread over the Z scaling
+  int last = 254;
+};
+
+// Surfaces and the z-buffer (surclr, suropt, zbfini, zbfres).
+struct SurfaceState {};
+
 struct ContourState {
+  ColourPlotState colour;
+  SurfaceState surface;
+
   // Labels of contour lines (labels, labdig and labdis "CON" live in the axes' chart
   // label settings).
   FixedString<kMaxContourLabel> label_text;  // conlab: the text of labels "CONL"
