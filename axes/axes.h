@@ -38,8 +38,10 @@ void draw_axis_grid(GlobalBlock& g, int nx, int ny);
 // and name on the side of the unit normal (nx, ny), with the parts that setgrf gives the
 // lower X axis; no label at the value 0. Returns how far it reaches along the normal.
 // The radius axis of polar systems.
+// With `crossed` false the axis is drawn as a side of a rectangle (colour bars): every
+// label, the name along its middle.
 double draw_axis_ray(GlobalBlock& g, int ax, double x0, double y0, double ux, double uy,
-                     double nx, double ny, double length, bool draw);
+                     double nx, double ny, double length, bool draw, bool crossed = true);
 
 // Centres the axis system of the stored scaling on the page with everything drawn around
 // it (center()); the caller places its scaling again afterwards.
@@ -49,6 +51,10 @@ void centre_axis_system(GlobalBlock& g);
 // of equal limits, a zero or wrongly signed step, a first label outside; false for the
 // fatal ones.
 bool check_axis_scaling(GlobalBlock& g, const double v[4]);
+
+// The automatic scaling of axis ax from the limits of setscl into v (start, end, first
+// label, step; exponents on log axes), as graf makes it.
+void auto_scale_axis(GlobalBlock& g, int ax, double v[4]);
 
 // Polar axis systems (polar.cpp)
 // ==============================

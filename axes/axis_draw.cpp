@@ -480,7 +480,7 @@ AxisExtents draw_axis_system(GlobalBlock& g, bool draw) {
 }
 
 double draw_axis_ray(GlobalBlock& g, int ax, double x0, double y0, double ux, double uy,
-                     double nx, double ny, double length, bool draw) {
+                     double nx, double ny, double length, bool draw, bool crossed) {
   AxisLine l;
   l.ax = ax;
   l.side = kSideBottom;
@@ -492,7 +492,10 @@ double draw_axis_ray(GlobalBlock& g, int ax, double x0, double y0, double ux, do
   l.nx = nx;
   l.ny = ny;
   l.length = length;
-  l.crossed = true;  // no label at 0, the name at the far end
+  l.crossed = crossed;  // crossed: no label at 0, the name at the far end
+  if (!crossed) {
+    l.side = nx < 0.0 ? kSideLeft : nx > 0.0 ? kSideRight : ny < 0.0 ? kSideTop : kSideBottom;
+  }
   const PageClipScope page(g);
   const DashScope solid(g);
   return AxisPainter(g, l, draw).run();

@@ -352,6 +352,8 @@ void place(AxisState& s) {
 
 bool check_axis_scaling(GlobalBlock& g, const double v[4]) { return check_axis(g, v); }
 
+void auto_scale_axis(GlobalBlock& g, int ax, double v[4]) { auto_scale(g, ax, v); }
+
 void centre_axis_system(GlobalBlock& g) { centre(g); }
 
 double axis_page_x(const GlobalBlock& g, double x) { return to_page(g.axes, kAxisX, x); }

@@ -45,9 +45,40 @@ struct PlacedLabels {
 
 // Colour plots and shaded contours: the colour range, the colour bar and their options
 // (colran, colbar, colopt, conopt).
+// Colour bar positions of colbar.
+enum ColourBarSide { kBarNone = 0, kBarRight, kBarLeft, kBarTop, kBarBottom };
+// How colmat draws: rectangles, one image, or an image for large regular grids.
+enum ColourMatrixMode { kMatrixAuto = 0, kMatrixRect, kMatrixImage };
+// Bands beyond the end levels of conshd (conopt "EXTE"), as bits.
+inline constexpr int kExtendLow = 1;
+inline constexpr int kExtendHigh = 2;
+
+// An edge of a band's outline, plot-independent (user coordinates).
+struct BandEdge {
+  double x1, y1, x2, y2;
+};
+
 struct ColourPlotState {
   int first = 1;    // colran: the colour range spread over the Z scaling
   int last = 254;
+  int bar_side = kBarRight;  // colbar
+  int bar_width = 85;        // plot units
+  int bar_gap = 85;          // distance from the axis system (its labels included)
+  bool clip_outside = true;  // colopt "OUTS": values beyond the scaling take the end colours
+  int matrix_mode = kMatrixAuto;  // colopt "IMAG"
+  std::uint32_t graf3_serial = 0;  // graf_serial of the axis system that graf3 set up
+  int extend = 0;            // conopt "EXTE": kExtendLow | kExtendHigh
+  bool hatch = false;        // conopt "PATT"
+  bool level_lines = false;  // conopt "LINE"
+
+  // Scratch space, reused.
+  std::vector<double> levels;      // sorted levels of a call
+  std::vector<BandEdge> edges;     // outline edges of one band
+  std::vector<std::uint8_t> used;
+  std::vector<double> ring_x;      // the band's rings in page positions
+  std::vector<double> ring_y;
+  std::vector<int> ring_ends;
+  std::vector<std::uint8_t> pixels;  // colmat's image
 };
 
 // Surfaces and the z-buffer (surclr, suropt, zbfini, zbfres).

@@ -18,7 +18,10 @@ GlobalBlock* enter(int lo, int hi, const char* name) {
     // So that the warning is seen even when unit(0) switched messages off.
     g->msg.output = 6;
   }
-  warn(*g, 3, level);
+  // A routine of 3D axis systems inside the 2D one of graf3.
+  const bool graf3 = level == 2 && lo == 3 && g->axes.graf_serial != 0 &&
+                     g->contours.colour.graf3_serial == g->axes.graf_serial;
+  warn(*g, graf3 ? 35 : 3, level);
   return nullptr;
 }
 

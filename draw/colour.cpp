@@ -77,6 +77,9 @@ constexpr int kVga[16] = {0x000000, 0x0000aa, 0x00aa00, 0x00aaaa, 0xaa0000, 0xaa
                           0xaa5500, 0xaaaaaa, 0x555555, 0x5555ff, 0x55ff55, 0x55ffff,
                           0xff5555, 0xff55ff, 0xffff55, 0xffffff};
 
+// The perceptually uniform maps and the cool-warm diverging map (generated).
+#include "draw/colour_maps.inc"
+
 // Black through red and yellow to white.
 Table temperature() {
   Table t{};
@@ -165,6 +168,21 @@ void load_entries(ColourState& c, ColourTable t, bool paper) {
     case ColourTable::Temp:
       e = temperature();
       break;
+    case ColourTable::Viridis:
+      e = kViridis;
+      break;
+    case ColourTable::Magma:
+      e = kMagma;
+      break;
+    case ColourTable::Inferno:
+      e = kInferno;
+      break;
+    case ColourTable::Plasma:
+      e = kPlasma;
+      break;
+    case ColourTable::CoolWarm:
+      e = kCoolWarm;
+      break;
   }
   if (t == ColourTable::RevRain || t == ColourTable::RevSpectrum || t == ColourTable::RevGrey) {
     std::reverse(e.begin(), e.end());
@@ -235,7 +253,8 @@ void load_colour_table(GlobalBlock& g, ColourTable t) {
   const bool reversed_table =
       t == ColourTable::RevRain || t == ColourTable::RevSpectrum || t == ColourTable::RevGrey;
   const bool ramp_table = t == ColourTable::Rain || t == ColourTable::Spectrum ||
-                          t == ColourTable::Grey || t == ColourTable::Temp;
+                          t == ColourTable::Grey || t == ColourTable::Temp ||
+                          t >= ColourTable::Viridis;
   auto& white = c.named[kWhite];
   auto& black = c.named[kBlack];
 
@@ -323,7 +342,7 @@ void init_colours(GlobalBlock& g) {
 namespace api {
 
 void setvlt(GlobalBlock& g, const char* cvlt) {
-  if (const int i = match_keyword(g, "SMAL+RAIN+SPEC+GREY+RRAI+RSPE+RGRE+VGA +TEMP", cvlt); i != 0) {
+  if (const int i = match_keyword(g, "SMAL+RAIN+SPEC+GREY+RRAI+RSPE+RGRE+VGA +TEMP+VIRI+MAGM+INFE+PLAS+CWAR", cvlt); i != 0) {
     load_colour_table(g, static_cast<ColourTable>(i - 1));
   }
 }

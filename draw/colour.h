@@ -15,7 +15,8 @@ namespace zorvel {
 struct GlobalBlock;
 
 // Predefined tables of setvlt, in the order of its keyword list.
-enum class ColourTable { Small = 0, Rain, Spectrum, Grey, RevRain, RevSpectrum, RevGrey, Vga, Temp };
+enum class ColourTable { Small = 0, Rain, Spectrum, Grey, RevRain, RevSpectrum, RevGrey, Vga, Temp,
+                         Viridis, Magma, Inferno, Plasma, CoolWarm };
 
 // Named colours of color, in the order of its keyword list.
 enum NamedColour { kWhite = 0, kRed, kGreen, kYellow, kBlue, kOrange, kCyan, kMagenta, kBlack };
