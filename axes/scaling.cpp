@@ -496,6 +496,7 @@ void graf(GlobalBlock& g, double xa, double xe, double xorg, double xstp, double
 void endgrf(GlobalBlock& g) {
   AxisState& s = g.axes;
   end_plane_for_endgrf(g);
+  end_zbuffer_for_endgrf(g);
   end_bar_group(g);
   flush_polyline(g);
   clear_axis_clip(g);

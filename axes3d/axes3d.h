@@ -75,6 +75,10 @@ bool line3d(GlobalBlock& g, const std::array<double, 3>& a, const std::array<dou
 // so that endgrf goes on to end the 3D axis system.
 bool end_plane_for_endgrf(GlobalBlock& g);
 
+// endgrf with a z-buffer section open (defined with the z-buffer, contour/zbuffer.cpp):
+// warning 277, the section's image placed and the section closed; false when none is open.
+bool end_zbuffer_for_endgrf(GlobalBlock& g);
+
 // An edge of the box along axis `axis` (0 x, 1 y, 2 z): the other two coordinates, in
 // their order, lie at the sides side[0] and side[1] of the box (-1: -len/2, +1: +len/2).
 struct BoxEdge {

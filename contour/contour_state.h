@@ -81,8 +81,64 @@ struct ColourPlotState {
   std::vector<std::uint8_t> pixels;  // colmat's image
 };
 
+// A page position of a surface point with its depth (view3d's depth row over the
+// divisor: 0 at the front distance, 1 at the back one).
+struct SurfacePoint {
+  double bx = 0.0;  // box coordinates
+  double by = 0.0;
+  double bz = 0.0;
+  double x = 0.0;  // plot units, y down
+  double y = 0.0;
+  double depth = 0.0;
+  bool ok = false;  // it projects (in front of the eye, a number)
+};
+
+// A horizon of the hidden-line mesh: a piecewise-linear function of the page x, points
+// in rising x; two points of equal x are a jump.
+struct Horizon {
+  std::vector<double> x;
+  std::vector<double> y;
+};
+
+// The depth-tested section of zbfini .. zbffin: an image over a rectangle of the page.
+struct ZBuffer {
+  bool active = false;
+  double x0 = 0.0;        // its upper left corner, plot units before the origin offset
+  double y0 = 0.0;
+  double dots = 1.0;      // pixels per plot unit
+  int width = 0;
+  int height = 0;
+  std::vector<float> depth;         // per pixel; +inf where nothing was drawn
+  std::vector<std::uint8_t> rgba;   // per pixel, alpha 0 where nothing was drawn
+};
+
 // Surfaces and the z-buffer (surclr, suropt, zbfini, zbfres).
-struct SurfaceState {};
+struct SurfaceState {
+  int top = -1;             // surclr: colour of the upper side, -1 the current colour
+  int bottom = -1;          //   and of the lower side
+  bool hidden = true;       // suropt "HIDD"
+  bool mesh = false;        // suropt "MESH": mesh lines on shaded surfaces
+  bool smooth = false;      // suropt "SHAD" SMOO
+  bool light = false;       // suropt "LIGH"
+  int resolution = 100;     // zbfres: dots per cm on vector devices
+  ZBuffer zbuf;
+
+  // Scratch space, reused.
+  std::vector<SurfacePoint> points;   // the grid's vertices on the page
+  std::vector<double> values;         // surmat, surfun: the grid in user coordinates
+  std::vector<double> xs;
+  std::vector<double> ys;
+  std::vector<std::uint32_t> order;   // cells or triangles in drawing order
+  std::vector<double> keys;
+  std::vector<double> ranks;          // cell ranks along y
+  std::vector<std::uint32_t> counts;  // counting sort of the cells
+  std::vector<std::uint32_t> triangles;  // corner indices, three per triangle
+  std::vector<std::uint8_t> drawn;    // mesh edges already drawn
+  Horizon upper;                      // over the drawn cells (page y up)
+  Horizon lower;
+  Horizon merged;
+  std::vector<double> cuts;           // visible parts of one segment (parameter pairs)
+};
 
 struct ContourState {
   ColourPlotState colour;

@@ -65,12 +65,5 @@ void swgcb3(GlobalBlock& g, int id, zorvel_value_cb cfun) {
 
 void wincbk(GlobalBlock& g, zorvel_window_cb cfun) { g.callbacks.window = cfun; }
 
-// The surface function stays set after the call. The grid is the surface code's to check
-// and draw; until it exists, the routine only keeps the function.
-void surfun(GlobalBlock& g, zorvel_surface_fn cfun, int /*ixpts*/, double /*xdel*/,
-            int /*iypts*/, double /*ydel*/) {
-  g.callbacks.surface = cfun;
-}
-
 }  // namespace api
 }  // namespace zorvel

@@ -203,6 +203,7 @@ bool keep_function(JNIEnv* env, int registry, jstring name, const char* signatur
   StaticMethod m;
   try {
     if (!resolve(env, text, signature, m)) {
+      warn_in(routine, 279, text);
       return false;
     }
   } catch (...) {

@@ -271,7 +271,7 @@ def parse_table(path):
                 fail(path, no, f"'{name}' has two arguments of the same name")
             for a in args:
                 for c in a.counts:
-                    if kinds.get(c) != "int":
+                    if not c.isdigit() and kinds.get(c) != "int":
                         fail(path, no, f"count '{c}' of '{a.name}' is not an int argument")
                 cb = a.callback
                 if cb is not None and cb.key is not None and kinds.get(cb.key) != "int":

@@ -102,7 +102,8 @@ def elements(a):
     if len(a.counts) == 2:
         nx, ny = (f"a_{c}" for c in a.counts)
         return f"({nx} > 0 && {ny} > 0 ? 1LL * {nx} * {ny} : 0LL)"
-    return f"a_{a.counts[0]}"
+    c = a.counts[0]
+    return c if c.isdigit() else f"a_{c}"
 
 
 def gen_case(r):
@@ -269,7 +270,7 @@ def enc_call(routine, ids, values):
         else:
             n = 1
             for c in a.counts:
-                n *= max(given[c], 0)
+                n *= max(int(c) if c.isdigit() else given[c], 0)
             out += bytes([3])
             for x in (v * 16)[:min(n, 16)]:
                 out += enc_int(x) if a.base == "int" else enc_dbl(x)

@@ -188,7 +188,7 @@ def converter(a, floats, routine):
     if len(a.counts) == 2:
         count = f"cells(a_{a.counts[0]}, a_{a.counts[1]})"
     else:
-        count = f"a_{a.count}" if a.is_array else None
+        count = (a.count if a.count.isdigit() else f"a_{a.count}") if a.is_array else None
     k = a.kind
     if k in ("int", "dbl", "cb"):
         return None
