@@ -2,9 +2,10 @@
 # The peer workloads side by side in one run: the library (bench/zb_zorvel.c), the peers
 # PLplot, giza, gnuplot and matplotlib, and the limit programs, on the workloads and
 # formats of the shared benchmark (W1 1e5/1e6/1e7 points, W2 200 small plots, W3 20,000
-# labels, W4 100,000 markers, W5 a trivial plot) and the chart workload W6 of bench/charts
+# labels, W4 100,000 markers, W5 a trivial plot), the chart workload W6 of bench/charts
 # (a labelled 1,000-bar histogram of 1e6 values and a page of hatched bars; its peers'
-# programs are those of bench/charts). Each case runs as a whole process; the
+# programs are those of bench/charts) and the contour workload W7 of bench/contours
+# (filled contours, a heat map, a surface, a Delaunay triangulation of 1e6 points). Each case runs as a whole process; the
 # cases of one workload and format take turns, RUNS times after a warm-up run. The table
 # gives per case the medians of wall time (ms clock), processor time (user + system) and
 # peak memory, the bytes written, and the wall time as a ratio to the fastest peer and to
@@ -63,6 +64,14 @@ w6_pl=0 w6_gp=0
 [ $have_gp -eq 1 ] && gcc -O2 -o "$bin/mkcharts" "$charts/mkcharts.c" -lm 2> /dev/null && w6_gp=1
 [ $have_pl -eq $w6_pl ] || echo "PLplot left out of W6 ($charts/zb_charts_plplot.c does not build)"
 [ $have_gp -eq $w6_gp ] || echo "gnuplot left out of W6 ($charts/mkcharts.c does not build)"
+contours=$root/bench/contours
+w7_pl=0 w7_qh=0 w7_sp=0
+[ $have_pl -eq 1 ] && gcc -O2 -o "$bin/zb_contours_plplot" "$contours/zb_contours_plplot.c" $(pkg-config --cflags --libs plplot) -lm 2> /dev/null && w7_pl=1
+command -v qdelaunay > /dev/null && gcc -O2 -o "$bin/mkpoints" "$contours/mkpoints.c" -lm 2> /dev/null && w7_qh=1
+[ $have_mpl -eq 1 ] && /usr/bin/python3 -c "import scipy.spatial" 2> /dev/null && w7_sp=1
+[ $have_pl -eq $w7_pl ] || echo "PLplot left out of W7 ($contours/zb_contours_plplot.c does not build)"
+[ $w7_qh -eq 1 ] || echo "qhull left out of W7 (qhull-bin)"
+[ $w7_sp -eq 1 ] || echo "scipy left out of W7 (python3-scipy)"
 mpl=$peers/matplotlib/zb_mpl.py
 gp=$peers/gnuplot
 
@@ -114,6 +123,28 @@ for f in ps svg pdf png; do
     add "$g" gnuplot "gnuplot -c $charts/charts.gp $f OUT $work/w6_values.bin" "OUT*.$f"
   fi
   [ $have_mpl -eq 1 ] && add "$g" matplotlib "/usr/bin/python3 $charts/zb_charts_mpl.py w6 $f OUT" "OUT*.$f"
+done
+# W7: one sub-case a call, each one page in OUT.fmt: w7c filled and labelled contours
+# (gnuplot 5.4 has none), w7h a heat map, w7s a shaded surface; w7t a triangulation that
+# draws nothing, its peers qhull (the points read from a file written here, not timed)
+# and scipy.
+for plan in "w7c:ps pdf png" "w7h:ps pdf png" "w7s:ps pdf png" "w7t:ps"; do
+  IFS=: read -r w formats <<< "$plan"
+  for f in $formats; do
+    g=$w.$f
+    add "$g" zorvel "$zb $w $f OUT" "OUT.$f"
+    if [ $w = w7t ]; then
+      if [ $w7_qh -eq 1 ] && [[ $g =~ $only ]]; then
+        [ -f "$work/w7_points.txt" ] || "$bin/mkpoints" "$work/w7_points.txt"
+        add "$g" qhull "qdelaunay Qt s TI $work/w7_points.txt" "OUT.$f"
+      fi
+      [ $w7_sp -eq 1 ] && add "$g" scipy "/usr/bin/python3 $contours/zb_contours_mpl.py $w $f OUT" "OUT.$f"
+      continue
+    fi
+    [ $w7_pl -eq 1 ] && add "$g" plplot "$bin/zb_contours_plplot $w $f OUT" "OUT.$f"
+    [ $have_gp -eq 1 ] && [ $w != w7c ] && add "$g" gnuplot "gnuplot -c $contours/contours.gp $w $f OUT" "OUT.$f"
+    [ $have_mpl -eq 1 ] && add "$g" matplotlib "/usr/bin/python3 $contours/zb_contours_mpl.py $w $f OUT" "OUT.$f"
+  done
 done
 [ ${#cases[@]} -gt 0 ] || { echo "no case matches '$only'"; exit 2; }
 

@@ -2,6 +2,7 @@
  * with the peers' own data functions, for the runner bench/run.sh.
  * usage: zb_zorvel WORKLOAD FORMAT OUTPREFIX [N]
  *   WORKLOAD  w1 | w2 | w3 | w4 | w5 | w6 (the chart workload of bench/charts)
+ *             | w7c | w7h | w7s | w7t (the contour workload of bench/contours)
  *   FORMAT    ps | svg | pdf | png (PNG pages of 1200 x 850 pixels, the default raster
  *             output; ZB_ZORVEL_SMOOTH=1 draws them anti-aliased)
  *   OUTPREFIX output file without its extension (w2: the prefix of 200 files)
@@ -11,6 +12,7 @@
 #include <string.h>
 
 #include "charts/w6_data.h"
+#include "contours/w7_data.h"
 #include "workload_data.h"
 #include "zorvel.h"
 
@@ -195,9 +197,88 @@ static void w6(const char* pre) {
   free(x);
 }
 
+/* W7, one sub-case a call: w7c filled contours of 1000 x 1000 values in 20 bands with the
+ * labelled level lines between them on top, w7h a heat map of 2000 x 2000 values, w7s a
+ * shaded surface of 200 x 200 values, w7t the Delaunay triangulation of 1e6 points
+ * (nothing drawn; the number of triangles to stdout). */
+static void w7(const char* sub, const char* pre) {
+  const int n = strcmp(sub, "w7c") == 0   ? W7_CONTOUR_N
+                : strcmp(sub, "w7h") == 0 ? W7_HEAT_N
+                                          : W7_SURFACE_N;
+  double *x, *y, *z, zmin, zmax, zlo, zhi;
+  int k;
+  if (strcmp(sub, "w7t") == 0) {
+    const int m = (int)W7_POINTS;
+    int* i1 = bench_alloc(2 * (size_t)m * sizeof *i1);
+    int* i2 = bench_alloc(2 * (size_t)m * sizeof *i2);
+    int* i3 = bench_alloc(2 * (size_t)m * sizeof *i3);
+    x = bench_alloc((size_t)m * sizeof *x);
+    y = bench_alloc((size_t)m * sizeof *y);
+    w7_points(m, x, y);
+    printf("%d triangles\n", triang(x, y, m, i1, i2, i3, 2 * m));
+    free(i1);
+    free(i2);
+    free(i3);
+    free(x);
+    free(y);
+    return;
+  }
+  if (strcmp(sub, "w7c") != 0 && strcmp(sub, "w7h") != 0 && strcmp(sub, "w7s") != 0) {
+    fprintf(stderr, "unknown workload %s\n", sub);
+    exit(2);
+  }
+  x = bench_alloc((size_t)n * sizeof *x);
+  y = bench_alloc((size_t)n * sizeof *y);
+  z = bench_alloc((size_t)n * n * sizeof *z);
+  w7_grid(n, x, y, z, &zmin, &zmax);
+  zlo = floor(zmin * 2.0) / 2.0; /* the Z labels every 0.5 */
+  zhi = ceil(zmax * 2.0) / 2.0;
+  open_page(pre);
+  setvlt("VIRI");
+  name("X axis", "X");
+  name("Y axis", "Y");
+  if (strcmp(sub, "w7s") == 0) {
+    name("Z axis", "Z");
+    titlin("W7 surface", 4);
+    axis3d(2.0, 1.5, 1.2);
+    graf3d(0.0, W7_XMAX, 0.0, 1.0, 0.0, W7_YMAX, 0.0, 1.0, zlo, zhi, zlo, 0.5);
+    title();
+    color("FORE");
+    surshd(x, n, y, n, z);
+  } else if (strcmp(sub, "w7h") == 0) {
+    titlin("W7 heat map", 1);
+    graf3(0.0, W7_XMAX, 0.0, 1.0, 0.0, W7_YMAX, 0.0, 1.0, zmin, zmax, ceil(zmin * 2.0) / 2.0,
+          0.5);
+    title();
+    colmat(x, n, y, n, z);
+  } else {
+    double lev[W7_LEVELS];
+    for (k = 0; k < W7_LEVELS; k++) {
+      lev[k] = zmin + (zmax - zmin) * k / (W7_LEVELS - 1);
+    }
+    titlin("W7 contours", 1);
+    graf3(0.0, W7_XMAX, 0.0, 1.0, 0.0, W7_YMAX, 0.0, 1.0, zmin, zmax, ceil(zmin * 2.0) / 2.0,
+          0.5);
+    title();
+    conshd(x, n, y, n, z, lev, W7_LEVELS);
+    color("FORE");
+    labels("FLOA", "CON");
+    labdig(2, "CON");
+    for (k = 1; k < W7_LEVELS - 1; k++) { /* the inner levels */
+      contur(x, n, y, n, z, lev[k]);
+    }
+  }
+  endgrf();
+  zorfin();
+  free(x);
+  free(y);
+  free(z);
+}
+
 int main(int argc, char** argv) {
   if (argc < 4) {
-    fprintf(stderr, "usage: %s w1|w2|w3|w4|w5|w6 ps|svg|pdf|png OUTPREFIX [N]\n", argv[0]);
+    fprintf(stderr, "usage: %s w1|w2|w3|w4|w5|w6|w7c|w7h|w7s|w7t ps|svg|pdf|png OUTPREFIX [N]\n",
+            argv[0]);
     return 2;
   }
   format = argv[2];
@@ -213,6 +294,8 @@ int main(int argc, char** argv) {
     w5(argv[3]);
   } else if (strcmp(argv[1], "w6") == 0) {
     w6(argv[3]);
+  } else if (strncmp(argv[1], "w7", 2) == 0) {
+    w7(argv[1], argv[3]);
   } else {
     fprintf(stderr, "unknown workload %s\n", argv[1]);
     return 2;
