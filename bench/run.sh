@@ -13,7 +13,8 @@
 #
 # Usage: bench/run.sh [--install] [BUILD_DIR] [RUNS] [CASES]
 #   --install  installs what is missing from Debian first: libplplot-dev,
-#              plplot-driver-cairo, giza-dev, gnuplot-nox, python3-matplotlib, libpng-dev
+#              plplot-driver-cairo, giza-dev, gnuplot-nox, python3-matplotlib, libpng-dev,
+#              qhull-bin, python3-scipy
 #              (without it a peer that is not installed is left out, with a line)
 #   BUILD_DIR  a configured build (default: build); zb_zorvel is built when missing
 #   RUNS       timed runs per case (default 5)
@@ -36,7 +37,7 @@ peers=${ZORVEL_PEERS_DIR:-$root/../shared/bench/peers}
 [ -d "$peers" ] || { echo "no peer programs at $peers (set ZORVEL_PEERS_DIR)"; exit 2; }
 if [ $install -eq 1 ]; then
   "$root/tools/deps.sh" libplplot-dev plplot-driver-cairo giza-dev gnuplot-nox \
-    python3-matplotlib libpng-dev
+    python3-matplotlib libpng-dev qhull-bin python3-scipy
 fi
 zb=$build/bench/zb_zorvel
 [ -x "$zb" ] || cmake --build "$build" --target zb_zorvel > /dev/null
