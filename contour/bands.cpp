@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <limits>
 
 namespace zorvel {
 namespace {
@@ -194,13 +195,43 @@ class BandCutter {
 
 }  // namespace
 
+void cell_ranges(const GridData& grid, std::vector<float>& ranges) {
+  const auto cols = static_cast<std::size_t>(grid.nx - 1);
+  ranges.resize(2 * cols * static_cast<std::size_t>(grid.ny - 1));
+  for (int j = 0; j + 1 < grid.ny; ++j) {
+    const double* row = grid.z + static_cast<std::int64_t>(j) * grid.nx;
+    const double* up = row + grid.nx;
+    float* out = ranges.data() + 2 * cols * static_cast<std::size_t>(j);
+    for (int i = 0; i + 1 < grid.nx; ++i) {
+      const double a = row[i], b = row[i + 1], c = up[i + 1], d = up[i];
+      float lo = std::numeric_limits<float>::quiet_NaN();
+      float hi = lo;
+      if (std::isfinite(a) && std::isfinite(b) && std::isfinite(c) && std::isfinite(d)) {
+        constexpr double kFloatMax = std::numeric_limits<float>::max();
+        const double l = std::clamp(std::min(std::min(a, b), std::min(c, d)), -kFloatMax, kFloatMax);
+        const double h = std::clamp(std::max(std::max(a, b), std::max(c, d)), -kFloatMax, kFloatMax);
+        // Rounded outwards, so that the floats never exclude a cell the band reaches.
+        lo = std::nextafter(static_cast<float>(l), -std::numeric_limits<float>::infinity());
+        hi = std::nextafter(static_cast<float>(h), std::numeric_limits<float>::infinity());
+      }
+      out[2 * i] = lo;
+      out[2 * i + 1] = hi;
+    }
+  }
+}
+
 void band_edges_grid(const GridData& grid, const BandRange& band, const double* levels,
-                     int nlev, std::vector<BandEdge>& edges) {
+                     int nlev, std::vector<BandEdge>& edges, const std::vector<float>* ranges) {
   edges.clear();
   BandCutter cutter(band, edges);
   const std::int64_t nodes = static_cast<std::int64_t>(grid.nx) * grid.ny;
+  const float* range = ranges != nullptr ? ranges->data() : nullptr;
   for (int j = 0; j + 1 < grid.ny; ++j) {
-    for (int i = 0; i + 1 < grid.nx; ++i) {
+    for (int i = 0; i + 1 < grid.nx; ++i, range = range != nullptr ? range + 2 : nullptr) {
+      if (range != nullptr &&
+          (!(range[0] == range[0]) || range[1] < band.lo || !cutter.below_top(range[0]))) {
+        continue;  // masked, or wholly outside the band
+      }
       const int ci[4] = {i, i + 1, i + 1, i};
       const int cj[4] = {j, j, j + 1, j + 1};
       Node c[4];

@@ -31,8 +31,16 @@ struct BandRange {
 // (rising, nlev of them) are all the levels whose bands are drawn: a cell that is a
 // saddle for any of them is cut into triangles for every band, so that neighbouring
 // bands share their outline exactly.
+// With `ranges` (from cell_ranges), cells that the band does not reach are passed over
+// without reading their corners.
 void band_edges_grid(const GridData& grid, const BandRange& band, const double* levels,
-                     int nlev, std::vector<BandEdge>& edges);
+                     int nlev, std::vector<BandEdge>& edges,
+                     const std::vector<float>* ranges = nullptr);
+
+// The range of every cell's corner values, row by row, as two floats rounded outwards
+// (low, high), NaN for a cell with a corner that is not a finite number: computed once
+// for all the bands of a call.
+void cell_ranges(const GridData& grid, std::vector<float>& ranges);
 
 // The same over triangles; triangles with an index outside 1..n are left out and counted.
 long long band_edges_mesh(const MeshData& mesh, const BandRange& band,

@@ -74,6 +74,7 @@ struct ColourPlotState {
   // Scratch space, reused.
   std::vector<double> levels;      // sorted levels of a call
   std::vector<BandEdge> edges;     // outline edges of one band
+  std::vector<float> cell_ranges;  // corner ranges of the grid's cells (conshd)
   std::vector<std::uint8_t> used;
   std::vector<double> ring_x;      // the band's rings in page positions
   std::vector<double> ring_y;

@@ -112,7 +112,10 @@ void conshd(GlobalBlock& g, const double* xray, int nx, const double* yray, int 
   ColourPlotState& c = cs.colour;
   const double* lev = c.levels.data();
   const int nl = static_cast<int>(c.levels.size());
-  shade_bands(g, [&](const BandRange& b) { band_edges_grid(grid, b, lev, nl, c.edges); });
+  cell_ranges(grid, c.cell_ranges);
+  shade_bands(g, [&](const BandRange& b) {
+    band_edges_grid(grid, b, lev, nl, c.edges, &c.cell_ranges);
+  });
   if (c.level_lines) {
     for (const double level : c.levels) {
       trace_grid(grid, level, cs.lines, cs.cells);

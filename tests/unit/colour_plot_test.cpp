@@ -57,9 +57,15 @@ double area(const Rings& r) {
 std::vector<double> band_areas(const GridData& grid, const std::vector<double>& lev) {
   std::vector<double> out;
   std::vector<BandEdge> edges;
+  std::vector<BandEdge> fast;
+  std::vector<float> ranges;
+  cell_ranges(grid, ranges);
   for (std::size_t k = 0; k <= lev.size(); ++k) {
     const BandRange b{k == 0 ? -kInf : lev[k - 1], k == lev.size() ? kInf : lev[k], false};
     band_edges_grid(grid, b, lev.data(), static_cast<int>(lev.size()), edges);
+    // Passing over the cells by their corner ranges must not lose one.
+    band_edges_grid(grid, b, lev.data(), static_cast<int>(lev.size()), fast, &ranges);
+    EXPECT_EQ(fast.size(), edges.size());
     out.push_back(area(rings_of(edges)));
   }
   return out;
