@@ -39,6 +39,8 @@ namespace {
 // Most grid points a surface takes (each costs some 80 bytes of work space); more give
 // warning 53.
 constexpr long long kMaxGridPoints = 10000000LL;
+// Most grid points of a mesh with hidden lines.
+constexpr long long kMaxHiddenMeshPoints = 1000000LL;
 // Page distances below this (plot units) count as equal when lines meet the horizons.
 constexpr double kTouch = 1e-7;
 
@@ -398,7 +400,22 @@ bool shows_top(const SurfaceState& s, const SurfacePoint& a, const SurfacePoint&
 
 // The mesh of the projected grid: lines along x on rows j % iy == 0 (and the last), along
 // y on columns i % ix == 0 (and the last), hidden parts left out when "HIDD" is on.
+void draw_mesh_lines(GlobalBlock& g, int nx, int ny, int ix, int iy);
+
+// The horizons cost some microseconds a grid point: a mesh of more points is drawn whole,
+// without hidden lines, with warning 52.
 void draw_mesh(GlobalBlock& g, int nx, int ny, int ix, int iy) {
+  SurfaceState& s = g.contours.surface;
+  const bool hidden = s.hidden;
+  if (hidden && static_cast<long long>(nx) * ny > kMaxHiddenMeshPoints) {
+    warn(g, 52);
+    s.hidden = false;
+  }
+  draw_mesh_lines(g, nx, ny, ix, iy);
+  s.hidden = hidden;
+}
+
+void draw_mesh_lines(GlobalBlock& g, int nx, int ny, int ix, int iy) {
   SurfaceState& s = g.contours.surface;
   const int current = g.colour.current;
   order_cells(g, nx, ny);
