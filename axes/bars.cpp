@@ -180,12 +180,6 @@ int darker(const GlobalBlock& g, int value, double f) {
   return explicit_rgb(part(c.r), part(c.g), part(c.b));
 }
 
-void set_colour_if(GlobalBlock& g, int value) {
-  if (g.colour.current != value) {
-    set_colour(g, value);
-  }
-}
-
 // One face: filled, then outlined.
 void face(GlobalBlock& g, const double* xs, const double* ys, int fill, int line) {
   set_colour_if(g, fill);
@@ -372,6 +366,12 @@ void draw_bar(GlobalBlock& g, const BarLayout& l, const BarColours& k, double c0
   const double front_x[4] = {x0, x1, x1, x0};
   const double front_y[4] = {y0, y0, y1, y1};
   face(g, front_x, front_y, k.fill, k.line);
+}
+
+void set_colour_if(GlobalBlock& g, int value) {
+  if (g.colour.current != value) {
+    set_colour(g, value);
+  }
 }
 
 void count_nan(GlobalBlock& g) {

@@ -50,6 +50,9 @@ BarColours bar_colours(GlobalBlock& g);
 void draw_bar(GlobalBlock& g, const BarLayout& l, const BarColours& k, double c0, double c1,
               double v0, double v1, double dx, double dy);
 
+// Sets the colour when it is not the one in force.
+void set_colour_if(GlobalBlock& g, int value);
+
 // Counts a bar or value that is not a number in the plot's NaN count.
 void count_nan(GlobalBlock& g);
 

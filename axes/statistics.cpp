@@ -72,12 +72,6 @@ int median_colour(const GlobalBlock& g, const BarColours& k) {
   return explicit_rgb(mix(c.r), mix(c.g), mix(c.b));
 }
 
-void set_colour_if(GlobalBlock& g, int value) {
-  if (g.colour.current != value) {
-    set_colour(g, value);
-  }
-}
-
 // A line from (c0, v0) to (c1, v1) in category and value page coordinates.
 void segment(GlobalBlock& g, const BarLayout& l, double c0, double v0, double c1, double v1) {
   if (l.horizontal) {
