@@ -93,6 +93,7 @@ void begin_string(TextState& t) {
   w.fixed = t.fixed;
   w.fixed_factor = t.fixed_factor;
   w.fell_back = false;
+  w.colour = -1;
   t.font.selected = -1;
 }
 
@@ -187,6 +188,33 @@ int round_int(double v) { return static_cast<int>(std::lround(int_range(v))); }
 
 int trunc_int(double v) { return static_cast<int>(int_range(v)); }
 
+void lay_code(GlobalBlock& g, LaidGlyph& e, int code) {
+  TextState& t = g.text;
+  TextWork& w = t.work;
+  e.code = code;
+  MappedCode m = map_charset(t.charset, code, w.alphabet);
+  // Signs that the fonts lack but a raised small character shows well: the degree
+  // sign and the superscript digits.
+  const int stand_in = m.missing ? raised_stand_in(t.charset, code) : 0;
+  const double shift = w.shift;
+  const double size = w.size;
+  if (stand_in != 0) {
+    w.shift += kRaiseShift * t.height * w.size;
+    w.size *= kRaiseSize;
+    m = map_charset(t.charset, stand_in, w.alphabet);
+  }
+  const int k = m.alphabet >= 0 ? m.alphabet : w.alphabet;
+  const int face = t.font.mode == FontMode::Driver ? face_of(k) : -1;
+  if (face >= 0) {
+    lay_driver_char(g, e, m, k, static_cast<DriverFace>(face));
+  } else {
+    lay_font_glyph(g, e, m, k);
+  }
+  w.shift = shift;
+  w.size = size;
+  e.colour = w.colour;
+}
+
 const TextLayout& layout_codes(GlobalBlock& g, const CodeString& codes) {
   TextState& t = g.text;
   TextWork& w = t.work;
@@ -215,26 +243,7 @@ const TextLayout& layout_codes(GlobalBlock& g, const CodeString& codes) {
       e.pen = pen;
       continue;
     }
-    MappedCode m = map_charset(t.charset, code, w.alphabet);
-    // Signs that the fonts lack but a raised small character shows well: the degree
-    // sign and the superscript digits.
-    const int stand_in = m.missing ? raised_stand_in(t.charset, code) : 0;
-    const double shift = w.shift;
-    const double size = w.size;
-    if (stand_in != 0) {
-      w.shift += kRaiseShift * t.height * w.size;
-      w.size *= kRaiseSize;
-      m = map_charset(t.charset, stand_in, w.alphabet);
-    }
-    const int k = m.alphabet >= 0 ? m.alphabet : w.alphabet;
-    const int face = t.font.mode == FontMode::Driver ? face_of(k) : -1;
-    if (face >= 0) {
-      lay_driver_char(g, e, m, k, static_cast<DriverFace>(face));
-    } else {
-      lay_font_glyph(g, e, m, k);
-    }
-    w.shift = shift;
-    w.size = size;
+    lay_code(g, e, code);
     pen += e.lead;
     e.pen = pen;
     pen += e.advance;
@@ -248,6 +257,8 @@ const TextLayout& layout_codes(GlobalBlock& g, const CodeString& codes) {
     }
   }
   out.end = pen;
+  out.ascent = t.height;
+  out.descent = 0.0;
   t.font.selected = -1;
   return out;
 }

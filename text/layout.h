@@ -33,6 +33,8 @@ enum class GlyphKind : std::uint8_t {
   Stroke,   // polylines of a stroke alphabet
   Outline,  // closed contours of an outline alphabet: filled, then outlined
   Driver,   // a character of the device's own font
+  Rule,     // a filled bar (fraction bars, radicals, under- and overlines): the cell
+            //   from pen + inset over `width`, from `raise` up to `raise + thick`
 };
 
 struct LaidGlyph {
@@ -58,6 +60,8 @@ struct LaidGlyph {
   double stretch = 1.0;        // width factor (driver faces)
   double raise = 0.0;          // base-line offset along "up" of raised and lowered pieces
   double size = 1.0;           // their size factor; units and widths already include it
+  double thick = 0.0;          // thickness of a rule, plot units
+  int colour = -1;             // colour value the glyph is drawn in; -1: the current one
 };
 
 struct TextLayout {
@@ -65,6 +69,8 @@ struct TextLayout {
   double end = 0.0;               // pen after the last glyph
   int length = 0;                 // measured length as nlmess gives it
   int missing = -1;               // code of the first character without a glyph, or -1
+  double ascent = 0.0;            // extent above the base line and below it, plot units:
+  double descent = 0.0;           //   for plain text the capitals' height and 0
 };
 
 // Nearest int of v (halves away from zero), clamped to +-2e9; NaN gives 0.
@@ -76,6 +82,12 @@ int trunc_int(double v);
 // returns). The measured length is the largest extent of the pen from the start with the
 // gap after the last glyph not counted, rounded; 0 for no codes.
 const TextLayout& layout_codes(GlobalBlock& g, const CodeString& codes);
+
+// Lays out one code into `e` (everything but its pen) in the working state's alphabet,
+// size, shift and colour (g.text.work), with the character-set mapping, stand-ins and
+// fall-backs of layout_codes: the step of layout_codes for code loops that change the
+// working state between characters (instructions inside strings, formulas).
+void lay_code(GlobalBlock& g, LaidGlyph& e, int code);
 
 // Draws `layout` with the pen starting at (x, y) (plot units before the origin offset,
 // on the base line); (x, y) is left at the pen after the last glyph. Returns the code of

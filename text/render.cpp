@@ -19,6 +19,7 @@
 #include <cstdint>
 
 #include "core/global_block.h"
+#include "draw/colour.h"
 #include "draw/pipeline.h"
 #include "text/font.h"
 #include "text/layout.h"
@@ -192,6 +193,24 @@ void send_run(GlobalBlock& g, const LaidGlyph& head) {
   places.clear();
 }
 
+// A rule: the rectangle of its cell between raise and raise + thick, filled.
+void fill_rule(GlobalBlock& g, const LaidGlyph& e, double x, double y) {
+  const TextState& t = g.text;
+  const double sn = t.sin_a;
+  const double cs = t.cos_a;
+  const double us[4] = {e.inset, e.inset + e.width, e.inset + e.width, e.inset};
+  const double vs[4] = {e.raise, e.raise, e.raise + e.thick, e.raise + e.thick};
+  double xs[4];
+  double ys[4];
+  for (int k = 0; k < 4; ++k) {
+    xs[k] = x + us[k] * cs - vs[k] * sn;
+    ys[k] = y - vs[k] * cs - us[k] * sn;
+  }
+  const int end = 4;
+  const FillPatternScope solid(g, kSolidPattern);
+  fill_path(g, xs, ys, &end, 1, FillRule::NonZero);
+}
+
 }  // namespace
 
 int render_layout(GlobalBlock& g, const TextLayout& layout, double& x, double& y) {
@@ -202,6 +221,7 @@ int render_layout(GlobalBlock& g, const TextLayout& layout, double& x, double& y
   places.clear();
   const LaidGlyph* head = nullptr;  // first glyph of the run being collected
   int undrawn = layout.missing;
+  const int colour = g.colour.current;
   for (const LaidGlyph& e : layout.glyphs) {
     if (e.lead != 0.0) {
       x += e.lead * cs;
@@ -217,7 +237,21 @@ int render_layout(GlobalBlock& g, const TextLayout& layout, double& x, double& y
       p.code = ' ';
       p.unicode = ' ';
     } else if (e.kind != GlyphKind::Blank && visible(t, x, y, e.width)) {
-      if (e.kind == GlyphKind::Driver) {
+      const int want = e.colour >= 0 ? e.colour : colour;
+      if (want != g.colour.current) {
+        if (head != nullptr) {
+          send_run(g, *head);
+          head = nullptr;
+        }
+        set_colour(g, want);
+      }
+      if (e.kind == GlyphKind::Rule) {
+        if (head != nullptr) {
+          send_run(g, *head);
+          head = nullptr;
+        }
+        fill_rule(g, e, x, y);
+      } else if (e.kind == GlyphKind::Driver) {
         if (head != nullptr && !same_run(*head, e)) {
           send_run(g, *head);
         }
@@ -259,6 +293,9 @@ int render_layout(GlobalBlock& g, const TextLayout& layout, double& x, double& y
   }
   if (head != nullptr) {
     send_run(g, *head);
+  }
+  if (g.colour.current != colour) {
+    set_colour(g, colour);
   }
   return undrawn;
 }

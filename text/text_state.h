@@ -13,6 +13,8 @@
 #include "drivers/driver.h"
 #include "text/font_data.h"
 #include "text/layout.h"
+#include "text/mix_state.h"
+#include "text/tex_state.h"
 
 namespace zorvel {
 
@@ -90,6 +92,7 @@ struct TextWork {
   bool fixed = false;
   double fixed_factor = 1.0;
   bool fell_back = false;         // the previous character fell back to STAN
+  int colour = -1;                // colour value of the characters; -1: the current one
 };
 
 // Buffers of the renderer, kept between strings: once they have grown to the largest
@@ -124,6 +127,9 @@ struct TextState {
   double label_cx = 0.0;
   double label_cy = 0.0;
   double label_radius = 0.0;
+
+  MixState mix;                   // the instruction alphabet
+  TexState tex;                   // the formula mode
 
   FontRecord font;
   TextWork work;
