@@ -119,20 +119,6 @@ class ZAxisInSlot {
   std::size_t slot_;
 };
 
-// Position of z in the colour range, unrounded (first at the scaling's start, last at its
-// end); NaN when z has no colour.
-double colour_position(const GlobalBlock& g, double z) {
-  const AxisScale& s = g.axes.scale[2];
-  const ColourPlotState& c = g.contours.colour;
-  double v = z;
-  if (g.axes.log[2]) {
-    v = z > 0.0 ? std::log10(z) : std::nan("");
-  }
-  const double span = s.e - s.a;
-  const double t = span != 0.0 ? (v - s.a) / span : 0.5;
-  return c.first + t * (c.last - c.first);
-}
-
 // A triangle with its colours running smoothly between its corners: one piece per colour
 // of the range that it reaches, the colour taken where the values round to it (linear
 // over the triangle, in exponents on a log Z axis).

@@ -44,6 +44,12 @@ int colour_at(const GlobalBlock& g, double t) {
 
 int z_colour(const GlobalBlock& g, double z) { return colour_at(g, scale_position(g, z)); }
 
+double colour_position(const GlobalBlock& g, double z) {
+  const ColourPlotState& c = g.contours.colour;
+  const double t = scale_position(g, z);
+  return c.first + t * (c.last - c.first);
+}
+
 int band_colour(const GlobalBlock& g, double lo, double hi) {
   const ColourPlotState& c = g.contours.colour;
   if (std::isinf(lo) && std::isinf(hi)) {

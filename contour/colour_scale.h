@@ -11,6 +11,10 @@ struct GlobalBlock;
 // a log axis, z <= 0 give -1 (not drawn).
 int z_colour(const GlobalBlock& g, double z);
 
+// Position of z in the colour range, unrounded (first at the scaling's start, last at its
+// end); NaN when z has no colour.
+double colour_position(const GlobalBlock& g, double z);
+
 // The colour of the band between the levels lo and hi (either may be infinite): the
 // colour of its middle (on a log Z axis the geometric middle); an open band (below the
 // first or above the last level) the end colour of the range on its side. -1: not drawn.

@@ -70,6 +70,7 @@ struct ColourPlotState {
   int extend = 0;            // conopt "EXTE": kExtendLow | kExtendHigh
   bool hatch = false;        // conopt "PATT"
   bool level_lines = false;  // conopt "LINE"
+  bool floor = false;        // conopt "3D" "BASE": conshd3d on the box's floor
 
   // Scratch space, reused.
   std::vector<double> levels;      // sorted levels of a call
@@ -113,6 +114,14 @@ struct ZBuffer {
   std::vector<std::uint8_t> rgba;   // per pixel, alpha 0 where nothing was drawn
 };
 
+// A slab of values lo <= f < hi of a surface's triangles, painted in `colour` (a table
+// index or an explicit value).
+struct Slab {
+  double lo;
+  double hi;
+  int colour;
+};
+
 // Surfaces and the z-buffer (surclr, suropt, zbfini, zbfres).
 struct SurfaceState {
   int top = -1;             // surclr: colour of the upper side, -1 the current colour
@@ -134,6 +143,7 @@ struct SurfaceState {
   std::vector<double> ranks;          // cell ranks along y
   std::vector<std::uint32_t> counts;  // counting sort of the cells
   std::vector<std::uint32_t> triangles;  // corner indices, three per triangle
+  std::vector<Slab> slabs;               // the pieces' slabs of one triangle (cut shading)
   std::vector<std::uint8_t> drawn;    // mesh edges already drawn
   Horizon upper;                      // over the drawn cells (page y up)
   Horizon lower;

@@ -12,6 +12,8 @@
 #include "contour/colour_plots.h"
 #include "contour/colour_scale.h"
 #include "contour/draw_lines.h"
+#include "contour/surfaces.h"
+#include "axes3d/axes3d.h"
 #include "core/global_block.h"
 #include "core/keywords.h"
 #include "core/messages.h"
@@ -50,17 +52,27 @@ bool take_levels(GlobalBlock& g, const double* zlev, int nlev) {
 }
 
 // Fills the band whose outline edges are in c.edges, in its colour and (conopt "PATT")
-// its hatching.
-void fill_band(GlobalBlock& g, const BandRange& band, int number) {
+// its hatching; on the floor of the 3D box with `floor`.
+void fill_band(GlobalBlock& g, const BandRange& band, int number, bool floor) {
   ColourPlotState& c = g.contours.colour;
   const int colour = band_colour(g, band.lo, band.hi);
   join_band_rings(c.edges, c.used, c.ring_x, c.ring_y, c.ring_ends);
   if (colour < 0 || c.ring_ends.empty()) {
     return;
   }
+  const double bottom = -0.5 * g.view3d.box[2];
   for (std::size_t k = 0; k < c.ring_x.size(); ++k) {
-    c.ring_x[k] = axis_page_x(g, c.ring_x[k]);
-    c.ring_y[k] = axis_page_y(g, c.ring_y[k]);
+    if (floor) {
+      // Straight lines stay straight in the projection: the rings' corners suffice.
+      std::array<double, 3> b = user_to_box(g, c.ring_x[k], c.ring_y[k], 0.0);
+      b[2] = bottom;
+      if (!box_to_page(g, b, c.ring_x[k], c.ring_y[k])) {
+        return;
+      }
+    } else {
+      c.ring_x[k] = axis_page_x(g, c.ring_x[k]);
+      c.ring_y[k] = axis_page_y(g, c.ring_y[k]);
+    }
   }
   set_colour(g, colour);
   const FillPatternScope pattern(g, c.hatch ? 1 + number % kHatchings : kSolidPattern);
@@ -72,7 +84,7 @@ void fill_band(GlobalBlock& g, const BandRange& band, int number) {
 // ("HIGH"); the last band between levels holds its upper level too unless a band above
 // follows. `edges` makes a band's outline.
 template <class Edges>
-void shade_bands(GlobalBlock& g, Edges edges) {
+void shade_bands(GlobalBlock& g, Edges edges, bool floor = false) {
   ColourPlotState& c = g.contours.colour;
   const std::vector<double>& l = c.levels;
   const int colour = g.colour.current;
@@ -83,17 +95,17 @@ void shade_bands(GlobalBlock& g, Edges edges) {
   if (low) {
     const BandRange b{-kInf, l[0], false};
     edges(b);
-    fill_band(g, b, number++);
+    fill_band(g, b, number++, floor);
   }
   for (std::size_t k = 0; k + 1 < n; ++k) {
     const BandRange b{l[k], l[k + 1], k + 2 == n && !high};
     edges(b);
-    fill_band(g, b, number++);
+    fill_band(g, b, number++, floor);
   }
   if (high) {
     const BandRange b{l[n - 1], kInf, false};
     edges(b);
-    fill_band(g, b, number++);
+    fill_band(g, b, number++, floor);
   }
   set_colour(g, colour);
 }
@@ -150,12 +162,36 @@ void shdtri(GlobalBlock& g, const double* xray, const double* yray, const double
   }
 }
 
+void conshd3d(GlobalBlock& g, const double* xray, int nx, const double* yray, int ny,
+              const double* zmat, const double* zlev, int nlev) {
+  const GridData grid{xray, nx, yray, ny, zmat};
+  if (!check_colour_grid(g, grid) || !take_levels(g, zlev, nlev)) {
+    return;
+  }
+  ContourState& cs = g.contours;
+  ColourPlotState& c = cs.colour;
+  if (!c.floor) {
+    shade_surface_bands(g, grid, c.levels, c.extend, c.level_lines);
+    return;
+  }
+  const double* lev = c.levels.data();
+  const int nl = static_cast<int>(c.levels.size());
+  cell_ranges(grid, c.cell_ranges);
+  shade_bands(
+      g, [&](const BandRange& b) { band_edges_grid(grid, b, lev, nl, c.edges, &c.cell_ranges); },
+      true);
+}
+
 void conopt(GlobalBlock& g, const char* cval, const char* copt) {
-  const int opt = match_keyword(g, "EXTE+PATT+LINE", copt);
+  const int opt = match_keyword(g, "EXTE+PATT+LINE+3D  ", copt);
   ColourPlotState& c = g.contours.colour;
   if (opt == 1) {
     if (const int i = match_keyword(g, "NONE+LOW +HIGH+BOTH", cval); i != 0) {
       c.extend = i - 1;  // NONE 0, LOW 1, HIGH 2, BOTH 3
+    }
+  } else if (opt == 4) {
+    if (const int i = match_keyword(g, "SURF+BASE", cval); i != 0) {
+      c.floor = i == 2;
     }
   } else if (opt == 2 || opt == 3) {
     if (const int i = match_keyword(g, "ON  +OFF ", cval); i != 0) {

@@ -25,6 +25,7 @@
 
 #include "api_decl.h"
 #include "axes3d/axes3d.h"
+#include "contour/bands.h"
 #include "contour/colour_scale.h"
 #include "contour/surfaces.h"
 #include "core/global_block.h"
@@ -497,17 +498,12 @@ void draw_mesh_lines(GlobalBlock& g, int nx, int ny, int ix, int iy) {
 // Shaded surfaces
 // ===============
 
-// The colour of a piece of surface of mean value z with the corners a, b, c: the scale
-// colour, darkened by the angle to the eye when "LIGH" is on. false: not drawn.
-bool shade(const GlobalBlock& g, double z, const SurfacePoint& a, const SurfacePoint& b,
-           const SurfacePoint& c, Rgb& out) {
-  const int v = z_colour(g, z);
-  if (v < 0) {
-    return false;
-  }
-  out = colour_rgb(g, v);
+// The darkening of a piece of surface with the corners a, b, c by its angle to the eye
+// under suropt "LIGH": 1 facing the eye, 0.35 edge on; 1 without the light.
+double light_factor(const GlobalBlock& g, const SurfacePoint& a, const SurfacePoint& b,
+                    const SurfacePoint& c) {
   if (!g.contours.surface.light) {
-    return true;
+    return 1.0;
   }
   const double ux = b.bx - a.bx;
   const double uy = b.by - a.by;
@@ -524,11 +520,158 @@ bool shade(const GlobalBlock& g, double z, const SurfacePoint& a, const SurfaceP
   const double ez = e[2] - (a.bz + b.bz + c.bz) / 3.0;
   const double nn = std::sqrt(nx * nx + ny * ny + nz * nz) * std::sqrt(ex * ex + ey * ey + ez * ez);
   const double cosine = nn > 0.0 ? std::fabs(nx * ex + ny * ey + nz * ez) / nn : 1.0;
-  const double f = 0.35 + 0.65 * cosine;
-  out.r = static_cast<int>(std::lround(out.r * f));
-  out.g = static_cast<int>(std::lround(out.g * f));
-  out.b = static_cast<int>(std::lround(out.b * f));
+  return 0.35 + 0.65 * cosine;
+}
+
+Rgb lit(const GlobalBlock& g, int colour, double f) {
+  Rgb out = colour_rgb(g, colour);
+  if (f != 1.0) {
+    out.r = static_cast<int>(std::lround(out.r * f));
+    out.g = static_cast<int>(std::lround(out.g * f));
+    out.b = static_cast<int>(std::lround(out.b * f));
+  }
+  return out;
+}
+
+// The colour of a piece of surface of mean value z with the corners a, b, c: the scale
+// colour, darkened by the angle to the eye when "LIGH" is on. false: not drawn.
+bool shade(const GlobalBlock& g, double z, const SurfacePoint& a, const SurfacePoint& b,
+           const SurfacePoint& c, Rgb& out) {
+  const int v = z_colour(g, z);
+  if (v < 0) {
+    return false;
+  }
+  out = lit(g, v, light_factor(g, a, b, c));
   return true;
+}
+
+// Cut shading
+// ===========
+//
+// A triangle of the surface is cut into the pieces where its values (linear over it)
+// lie in one slab: the bands of conshd3d, or one colour of the table each for smooth
+// shading on devices that fill polygons. The pieces are cut in the triangle's own
+// coordinates (s, t), P = a + s (b - a) + t (c - a), so that they lie exactly on it.
+
+// Paints the pieces of the triangle p[0..2] (values f) in the slabs, with the light
+// factor of the triangle: into the z-buffer when a section is open, else filled.
+void paint_slabs(GlobalBlock& g, const SurfacePoint* const* p, const double* f,
+                 const Slab* slabs, std::size_t n, double light, bool zb) {
+  static constexpr double kS[3] = {0.0, 1.0, 0.0};
+  static constexpr double kT[3] = {0.0, 0.0, 1.0};
+  const SurfacePoint& a = *p[0];
+  const SurfacePoint& b = *p[1];
+  const SurfacePoint& c = *p[2];
+  double ps[kMaxTrianglePiece];
+  double pt[kMaxTrianglePiece];
+  SurfacePoint q[kMaxTrianglePiece];
+  double xs[kMaxTrianglePiece];
+  double ys[kMaxTrianglePiece];
+  for (std::size_t k = 0; k < n; ++k) {
+    const int m = triangle_band_piece(kS, kT, f, slabs[k].lo, slabs[k].hi, ps, pt);
+    if (m < 3) {
+      continue;
+    }
+    bool ok = true;
+    for (int i = 0; i < m && ok; ++i) {
+      const double u = ps[i];
+      const double v = pt[i];
+      q[i] = project_box(g, {a.bx + u * (b.bx - a.bx) + v * (c.bx - a.bx),
+                             a.by + u * (b.by - a.by) + v * (c.by - a.by),
+                             a.bz + u * (b.bz - a.bz) + v * (c.bz - a.bz)});
+      ok = q[i].ok;
+      xs[i] = q[i].x;
+      ys[i] = q[i].y;
+    }
+    if (!ok) {
+      continue;
+    }
+    const Rgb rgb = lit(g, slabs[k].colour, light);
+    if (zb) {
+      for (int i = 1; i + 1 < m; ++i) {
+        zbuffer_triangle(g, q[0], q[i], q[i + 1], rgb, rgb, rgb);
+      }
+    } else {
+      set_colour(g, explicit_rgb(rgb.r, rgb.g, rgb.b));
+      fill_polygon(g, xs, ys, m);
+    }
+  }
+}
+
+// The stretch of the triangle p[0..2] (values f) where f equals `level`, drawn in the
+// current colour: into the z-buffer (a little in front) or on the page.
+void level_segment(GlobalBlock& g, const SurfacePoint* const* p, const double* f, double level,
+                   bool zb) {
+  SurfacePoint ends[2];
+  int n = 0;
+  for (int k = 0; k < 3 && n < 2; ++k) {
+    const int m = (k + 1) % 3;
+    if ((f[k] < level) == (f[m] < level)) {
+      continue;
+    }
+    const double t = (level - f[k]) / (f[m] - f[k]);
+    const SurfacePoint& a = *p[k];
+    const SurfacePoint& b = *p[m];
+    ends[n++] = project_box(g, {a.bx + t * (b.bx - a.bx), a.by + t * (b.by - a.by),
+                                a.bz + t * (b.bz - a.bz)});
+  }
+  if (n < 2 || !ends[0].ok || !ends[1].ok) {
+    return;
+  }
+  if (zb) {
+    zbuffer_line(g, ends[0], ends[1], colour_rgb(g, g.colour.current));
+  } else {
+    move_to(g, ends[0].x, ends[0].y);
+    draw_to(g, ends[1].x, ends[1].y);
+  }
+}
+
+// The slabs of one colour each that the colour positions f[0..2] reach (smooth shading):
+// a colour k covers the positions that round to it; the end colours reach on beyond the
+// scaling unless colopt "OUTS" "NONE".
+void colour_slabs(const GlobalBlock& g, const double* f, std::vector<Slab>& out) {
+  out.clear();
+  const ColourPlotState& c = g.contours.colour;
+  const int low = std::min(c.first, c.last);
+  const int high = std::max(c.first, c.last);
+  const double fmin = std::min({f[0], f[1], f[2]});
+  const double fmax = std::max({f[0], f[1], f[2]});
+  if (!std::isfinite(fmin) || !std::isfinite(fmax)) {
+    return;
+  }
+  const int k0 = static_cast<int>(std::clamp(std::floor(fmin + 0.5), double(low), double(high)));
+  const int k1 = static_cast<int>(std::clamp(std::floor(fmax + 0.5), double(low), double(high)));
+  constexpr double kInf = std::numeric_limits<double>::infinity();
+  for (int k = k0; k <= k1; ++k) {
+    const double lo = k == low ? (c.clip_outside ? -kInf : low - 1e-9) : k - 0.5;
+    const double hi = k == high ? (c.clip_outside ? kInf : high + 1e-9) : k + 0.5;
+    out.push_back({lo, hi, k});
+  }
+}
+
+// Triangles of corner indices tri[3k .. 3k + 3) in drawing order, far to near by the
+// depth of their centres, into s.order; those with a corner that does not project are
+// left out.
+void order_far_to_near(SurfaceState& s, const std::vector<std::uint32_t>& tri, std::size_t per) {
+  const std::size_t faces = tri.size() / per;
+  s.order.clear();
+  s.keys.resize(faces);
+  for (std::size_t f = 0; f < faces; ++f) {
+    double depth = 0.0;
+    bool ok = true;
+    for (std::size_t k = 0; k < per; ++k) {
+      const SurfacePoint& p = s.points[tri[f * per + k]];
+      ok = ok && p.ok;
+      depth += p.depth;
+    }
+    s.keys[f] = depth / static_cast<double>(per);
+    if (ok) {
+      s.order.push_back(static_cast<std::uint32_t>(f));
+    }
+  }
+  std::stable_sort(s.order.begin(), s.order.end(), [&](std::uint32_t a, std::uint32_t b) {
+    return s.keys[a] > s.keys[b];
+  });
 }
 
 // A face of 3 or 4 corners (page points) in rgb, then its outline when the mesh is on.
@@ -605,57 +748,49 @@ void shade_triangles(GlobalBlock& g, const std::vector<std::uint32_t>& tri, bool
     }
     return;
   }
-  // Far to near.
-  s.order.resize(faces);
-  s.keys.resize(faces);
-  for (std::size_t f = 0; f < faces; ++f) {
-    double depth = 0.0;
-    bool ok = true;
-    for (std::size_t k = 0; k < per; ++k) {
-      const SurfacePoint& p = s.points[tri[f * per + k]];
-      ok = ok && p.ok;
-      depth += p.depth;
-    }
-    s.order[f] = static_cast<std::uint32_t>(f);
-    s.keys[f] = ok ? depth / static_cast<double>(per) : std::numeric_limits<double>::quiet_NaN();
-  }
-  std::stable_sort(s.order.begin(), s.order.end(), [&](std::uint32_t a, std::uint32_t b) {
-    return s.keys[a] > s.keys[b];
-  });
+  order_far_to_near(s, tri, per);
   FillPatternScope solid(g, kSolidPattern);
+  // Smooth shading: every triangle in the colours of the table that its values reach.
+  const auto smooth = [&](const SurfacePoint* const* q, const std::uint32_t* t) {
+    const double f[3] = {colour_position(g, s.values[t[0]]), colour_position(g, s.values[t[1]]),
+                         colour_position(g, s.values[t[2]])};
+    colour_slabs(g, f, s.slabs);
+    paint_slabs(g, q, f, s.slabs.data(), s.slabs.size(), light_factor(g, *q[0], *q[1], *q[2]),
+                false);
+  };
   for (const std::uint32_t f : s.order) {
-    if (std::isnan(s.keys[f])) {
-      continue;
-    }
     const std::uint32_t* t = &tri[f * per];
     if (pairs) {
       // A quad a b c d split as a b c and a c d.
       const SurfacePoint* q[4] = {&s.points[t[0]], &s.points[t[1]], &s.points[t[2]],
                                   &s.points[t[5]]};
-      const double z[4] = {s.values[t[0]], s.values[t[1]], s.values[t[2]], s.values[t[5]]};
       if (s.smooth) {
-        Rgb c1;
-        Rgb c2;
-        const bool ok1 = shade(g, (z[0] + z[1] + z[2]) / 3.0, *q[0], *q[1], *q[2], c1);
-        const bool ok2 = shade(g, (z[0] + z[2] + z[3]) / 3.0, *q[0], *q[2], *q[3], c2);
         const SurfacePoint* t1[3] = {q[0], q[1], q[2]};
         const SurfacePoint* t2[3] = {q[0], q[2], q[3]};
-        paint_face(g, t1, 3, ok1 ? &c1 : nullptr, false, current);
-        paint_face(g, t2, 3, ok2 ? &c2 : nullptr, false, current);
+        smooth(t1, t);
+        smooth(t2, t + 3);
         if (s.mesh) {
           paint_face(g, q, 4, nullptr, true, current);
         }
       } else {
+        const double z[4] = {s.values[t[0]], s.values[t[1]], s.values[t[2]], s.values[t[5]]};
         Rgb c;
         const bool ok = shade(g, (z[0] + z[1] + z[2] + z[3]) / 4.0, *q[0], *q[1], *q[2], c);
         paint_face(g, q, 4, ok ? &c : nullptr, s.mesh, current);
       }
     } else {
       const SurfacePoint* q[3] = {&s.points[t[0]], &s.points[t[1]], &s.points[t[2]]};
-      Rgb c;
-      const bool ok = shade(g, (s.values[t[0]] + s.values[t[1]] + s.values[t[2]]) / 3.0, *q[0],
-                            *q[1], *q[2], c);
-      paint_face(g, q, 3, ok ? &c : nullptr, s.mesh, current);
+      if (s.smooth) {
+        smooth(q, t);
+        if (s.mesh) {
+          paint_face(g, q, 3, nullptr, true, current);
+        }
+      } else {
+        Rgb c;
+        const bool ok = shade(g, (s.values[t[0]] + s.values[t[1]] + s.values[t[2]]) / 3.0,
+                              *q[0], *q[1], *q[2], c);
+        paint_face(g, q, 3, ok ? &c : nullptr, s.mesh, current);
+      }
     }
   }
   end_polyline(g);
@@ -731,6 +866,87 @@ SurfacePoint project_box(const GlobalBlock& g, const std::array<double, 3>& b) {
   p.depth = (m[2][0] * b[0] + m[2][1] * b[1] + m[2][2] * b[2] + m[2][3]) / w;
   p.ok = std::isfinite(p.depth);
   return p;
+}
+
+void shade_surface_bands(GlobalBlock& g, const GridData& grid, const std::vector<double>& levels,
+                         int extend, bool lines) {
+  if (levels.empty() || !check_grid(g, grid.x, grid.nx, grid.y, grid.ny)) {
+    return;
+  }
+  const int nx = grid.nx;
+  project_grid(g, nx, grid.ny, [&](int i, int j) {
+    return std::array<double, 3>{grid.x[i], grid.y[j],
+                                 grid.z[static_cast<std::size_t>(j) * static_cast<std::size_t>(nx) +
+                                        static_cast<std::size_t>(i)]};
+  });
+  SurfaceState& s = g.contours.surface;
+  std::vector<std::uint32_t>& tri = s.triangles;
+  grid_triangles(nx, grid.ny, tri);
+  // The bands as slabs; the last one between levels holds its upper level too unless a
+  // band above follows.
+  constexpr double kInf = std::numeric_limits<double>::infinity();
+  const std::size_t n = levels.size();
+  s.slabs.clear();
+  const auto add = [&](double lo, double hi) {
+    const int colour = band_colour(g, lo, hi);
+    if (colour >= 0) {
+      s.slabs.push_back({lo, hi, colour});
+    }
+  };
+  if ((extend & kExtendLow) != 0) {
+    add(-kInf, levels[0]);
+  }
+  const bool high = (extend & kExtendHigh) != 0;
+  for (std::size_t k = 0; k + 1 < n; ++k) {
+    add(levels[k], levels[k + 1]);
+    if (k + 2 == n && !high && !s.slabs.empty()) {
+      s.slabs.back().hi = std::nextafter(levels[k + 1], kInf);
+    }
+  }
+  if (high) {
+    add(levels[n - 1], kInf);
+  }
+  const bool zb = zbuffer_open(g);
+  if (zb) {
+    s.order.resize(tri.size() / 3);
+    for (std::size_t f = 0; f < s.order.size(); ++f) {
+      s.order[f] = static_cast<std::uint32_t>(f);
+    }
+  } else {
+    order_far_to_near(s, tri, 3);
+  }
+  const int current = g.colour.current;
+  FillPatternScope solid(g, kSolidPattern);
+  for (const std::uint32_t f : s.order) {
+    const std::uint32_t* t = &tri[3 * static_cast<std::size_t>(f)];
+    const SurfacePoint* q[3] = {&s.points[t[0]], &s.points[t[1]], &s.points[t[2]]};
+    const double v[3] = {s.values[t[0]], s.values[t[1]], s.values[t[2]]};
+    if (!(q[0]->ok && q[1]->ok && q[2]->ok)) {
+      continue;
+    }
+    const double vmin = std::min({v[0], v[1], v[2]});
+    const double vmax = std::max({v[0], v[1], v[2]});
+    // The slabs that the triangle reaches: they rise, so a range of them.
+    const auto first = std::partition_point(s.slabs.begin(), s.slabs.end(),
+                                            [&](const Slab& b) { return b.hi <= vmin; });
+    auto last = first;
+    while (last != s.slabs.end() && last->lo <= vmax) {
+      ++last;
+    }
+    paint_slabs(g, q, v, s.slabs.data() + (first - s.slabs.begin()),
+                static_cast<std::size_t>(last - first),
+                light_factor(g, *q[0], *q[1], *q[2]), zb);
+    if (lines) {
+      set_colour(g, current);
+      for (const double level : levels) {
+        if (level > vmin && level < vmax) {
+          level_segment(g, q, v, level, zb);
+        }
+      }
+    }
+  }
+  end_polyline(g);
+  set_colour(g, current);
 }
 
 namespace api {

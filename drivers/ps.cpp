@@ -671,11 +671,26 @@ void PsDriver::fill(const Path& path, Rgb rgb) {
       return;
     }
   }
-  out.word("gsave ");
-  out.int_word(r);
-  out.int_word(g);
-  out.int_word(b);
-  out.word("f ");
+  // In the current colour (the usual case: the pipeline sets it before it fills) a fill
+  // needs no colour of its own and leaves the graphics state as it was; a lone triangle
+  // goes through the prolog's `tri`.
+  const bool current = r == std::clamp(colour_.r, 0, 255) && g == std::clamp(colour_.g, 0, 255) &&
+                       b == std::clamp(colour_.b, 0, 255);
+  if (current && n == 3 && path.ends.size() == 1 && path.ends[0] == 3) {
+    for (std::size_t i = 0; i < 3; ++i) {
+      out.int_word(to_unit(xs[i]));
+      out.int_word(to_unit(ys[i]));
+    }
+    out.word("tri ");
+    return;
+  }
+  if (!current) {
+    out.word("gsave ");
+    out.int_word(r);
+    out.int_word(g);
+    out.int_word(b);
+    out.word("f ");
+  }
   std::size_t start = 0;
   for (std::size_t c = 0; c < path.ends.size(); ++c) {
     const std::size_t end = std::min(n, static_cast<std::size_t>(std::max(path.ends[c], 0)));
@@ -695,8 +710,10 @@ void PsDriver::fill(const Path& path, Rgb rgb) {
     }
     start = std::max(start, end);
   }
-  out.words(path.rule == FillRule::EvenOdd ? "closepath eofill grestore "
-                                           : "closepath fill grestore ");
+  out.words(path.rule == FillRule::EvenOdd ? "closepath eofill " : "closepath fill ");
+  if (!current) {
+    out.word("grestore ");
+  }
 }
 
 // A sector with the prolog's `sec`: "x y r1 r2 a a2 r g b sec", which draws the inner

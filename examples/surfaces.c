@@ -6,6 +6,10 @@
  *                        the eye, with its mesh on top (surshd)
  *   surfaces_surfun.eps  a peak with a shallow rim given as a function (surfun), seen
  *                        from lower down so that the peak hides the mesh behind it
+ *   surfaces_bands.eps   the surface in the bands of its height with the level lines
+ *                        (conshd3d), over the same bands on the box's floor
+ *   surfaces_zbuffer.eps two surfaces that cut through each other, smoothly shaded,
+ *                        in a z-buffer section (zbfini, zbffin)
  * The surfaces are built of rational bumps, and the function of surfun computes in single
  * precision as the Java twin's method does, so that the twin writes the same files. */
 #include "gallery.h"
@@ -49,7 +53,9 @@ static void start(const char* file, const char* heading) {
 
 int main(void) {
   static double xg[NX], yg[NY], zg[NX * NY];
-  int i, j;
+  static double zp[NX * NY];
+  double lev[9];
+  int i, j, k;
   for (i = 0; i < NX; i++) {
     xg[i] = -2.0 + 0.1 * i;
   }
@@ -88,6 +94,46 @@ int main(void) {
   color("BLUE");
   surfun(peak, 41, 0.1, 41, 0.1);
   color("FORE");
+  endgrf();
+  zorfin();
+
+  start("surfaces_bands.eps", "Bands on the surface and its floor (conshd3d)");
+  view3d(-35, 32, 6, "ANGL");
+  graf3d(-2, 2, -2, 1, -1.5, 1.5, -1.5, 0.5, -1, 1.5, -1, 0.5);
+  title();
+  setvlt("VIRI");
+  for (k = 0; k < 9; k++) {
+    lev[k] = -0.8 + 0.25 * k;
+  }
+  conopt("BOTH", "EXTE");
+  conopt("BASE", "3D");
+  conshd3d(xg, NX, yg, NY, zg, lev, 9);
+  conopt("SURF", "3D");
+  conopt("ON", "LINE");
+  suropt("ON", "LIGH");
+  color("FORE");
+  conshd3d(xg, NX, yg, NY, zg, lev, 9);
+  endgrf();
+  zorfin();
+
+  start("surfaces_zbuffer.eps", "Two surfaces cutting through each other (z-buffer)");
+  view3d(-35, 32, 6, "ANGL");
+  graf3d(-2, 2, -2, 1, -1.5, 1.5, -1.5, 0.5, -1, 1.5, -1, 0.5);
+  title();
+  for (j = 0; j < NY; j++) {
+    for (i = 0; i < NX; i++) {
+      zp[j * NX + i] = 0.55 * xg[i] - 0.2 * yg[j] + 0.25;
+    }
+  }
+  setvlt("PLAS");
+  suropt("SMOO", "SHAD");
+  suropt("ON", "LIGH");
+  colran(1, 175);
+  zbfini();
+  surshd(xg, NX, yg, NY, zg);
+  colran(200, 254);
+  surshd(xg, NX, yg, NY, zp);
+  zbffin();
   endgrf();
   zorfin();
   return 0;

@@ -304,6 +304,58 @@ TEST(ZBuffer, AgreesWithPaintingFarToNear) {
   EXPECT_EQ(p.rec->images[0].channels, 4);
 }
 
+// Area of a filled path in device units (contours by the shoelace formula, summed).
+double filled_area(const recording::Filled& f) {
+  double a = 0.0;
+  std::size_t start = 0;
+  for (const int end : f.ends) {
+    for (std::size_t i = start; i < static_cast<std::size_t>(end); ++i) {
+      const std::size_t j = i + 1 < static_cast<std::size_t>(end) ? i + 1 : start;
+      a += f.xs[i] * f.ys[j] - f.xs[j] * f.ys[i];
+    }
+    start = static_cast<std::size_t>(end);
+  }
+  return std::fabs(0.5 * a);
+}
+
+TEST(Surfaces, CutShadingTilesTheTriangles) {
+  // Bands on a surface (conshd3d) and smooth shading (one piece per colour) must cover
+  // every triangle exactly: no gap, no overlap, a piece off the triangle's plane would
+  // change the projected areas. Seen from straight above no triangle hides another, so the
+  // pieces' areas add up to the grid's.
+  SurfacePlot p;
+  p.axes(-90, 90, 7, true);
+  const double x[4] = {-2, -0.5, 0.7, 2};
+  const double y[3] = {-2, 0.4, 2};
+  const double z[12] = {-0.9, 0.3, 0.8, -0.2, 0.1, 0.95, -0.7, 0.4, 0.6, -0.4, 0.2, 0.0};
+  double whole = 0.0;
+  for (int j = 0; j < 2; ++j) {
+    for (int i = 0; i < 3; ++i) {
+      const SurfacePoint a = project_box(p.g, user_to_box(p.g, x[i], y[j], 0));
+      const SurfacePoint c = project_box(p.g, user_to_box(p.g, x[i + 1], y[j + 1], 0));
+      whole += std::fabs((c.x - a.x) * (c.y - a.y));
+    }
+  }
+  const double lev[4] = {-0.5, 0.0, 0.25, 0.5};
+  api::conopt(p.g, "BOTH", "EXTE");
+  api::conshd3d(p.g, x, 4, y, 3, z, lev, 4);
+  double area = 0.0;
+  for (const auto& f : p.rec->fills) {
+    area += filled_area(f);
+  }
+  EXPECT_NEAR(area, whole, 1e-6 * whole);
+  EXPECT_GT(p.rec->fills.size(), 12U);
+  p.rec->fills.clear();
+  api::suropt(p.g, "SMOO", "SHAD");
+  api::surshd(p.g, x, 4, y, 3, z);
+  area = 0.0;
+  for (const auto& f : p.rec->fills) {
+    area += filled_area(f);
+  }
+  EXPECT_NEAR(area, whole, 1e-6 * whole);
+  EXPECT_GT(p.rec->fills.size(), 100U);  // the colours of the table the values reach
+}
+
 TEST(Surfaces, BadInput) {
   // Each bad call warns with its number, draws nothing and leaves no state behind.
   SurfacePlot p;
