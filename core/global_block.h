@@ -15,6 +15,7 @@
 #include "core/page.h"
 #include "draw/colour.h"
 #include "draw/pipeline.h"
+#include "maps/map_state.h"
 #include "raster/raster_state.h"
 #include "text/text_state.h"
 
@@ -35,6 +36,7 @@ struct GlobalBlock {
   View3dState view3d;  // the 3D axis system: box, view, projection
   ContourState contours;  // contours, colour plots, surfaces, the z-buffer
   RasterState raster;  // the raster page, its settings and pixel access
+  MapState maps;       // projections, the map axis system, map data
   GlobalBlock() = default;
   GlobalBlock(const GlobalBlock&) = delete;
   GlobalBlock& operator=(const GlobalBlock&) = delete;

@@ -234,6 +234,7 @@ void zorini(GlobalBlock& g) {
   text_defaults(g);  // height, angle, character set, the font zoralf
   axes_defaults(g);  // axis position and lengths for the page, tick and label settings
   curve_defaults(g);  // interpolation, symbols, the colour cycle, the legend
+  map_defaults(g);    // the map axis system
 
   const DeviceInfo* dev = find_device(c.device);
   if (dev == nullptr) {
