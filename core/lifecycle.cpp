@@ -13,6 +13,7 @@
 #include "core/global_block.h"
 #include "core/keywords.h"
 #include "core/messages.h"
+#include "maps/maps.h"
 #include "core/process.h"
 #include "core/summary.h"
 #include "drivers/registry.h"
