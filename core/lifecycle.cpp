@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <string>
 
@@ -38,6 +39,41 @@ bool is_special_file(const std::string& name) {
   return ::stat(name.c_str(), &st) == 0 && !S_ISREG(st.st_mode);
 }
 
+// The plot file in memory (memfil): no name is resolved and no file is written; the name
+// stays for further pages of single-page formats. False after warning 36.
+bool open_memory_file(GlobalBlock& g) {
+  CoreState& c = g.core;
+  c.memory.next = false;
+  std::FILE* f = ::open_memstream(&c.memory.data, &c.memory.size);
+  if (f == nullptr) {
+    warn(g, 36, std::string_view("(memory)"));
+    return false;
+  }
+  c.plot_handle.reset(f);
+  c.memory.open = true;
+  c.has_plot_file = true;
+  return true;
+}
+
+// After the plot file in memory is closed: the file moves into `bytes`.
+void finish_memory_file(CoreState& c) {
+  if (!c.memory.open) {
+    return;
+  }
+  c.memory.open = false;
+  if (c.memory.data != nullptr) {
+    try {
+      c.memory.bytes.assign(c.memory.data, c.memory.size);
+      c.memory.kept = true;
+    } catch (...) {
+      c.memory.bytes.clear();
+    }
+    std::free(c.memory.data);
+    c.memory.data = nullptr;
+  }
+  c.memory.size = 0;
+}
+
 // Opens the plot file of the starting plot; false after warning 36, 53 or 168-170.
 bool open_plot_file(GlobalBlock& g, const DeviceInfo& dev) {
   CoreState& c = g.core;
@@ -48,6 +84,9 @@ bool open_plot_file(GlobalBlock& g, const DeviceInfo& dev) {
     c.plot_file += dev.extension;
   }
   c.record_length = 80;
+  if (c.memory.next) {
+    return open_memory_file(g);
+  }
   std::string name = c.plot_file;
   std::FILE* f = nullptr;
   {
@@ -224,6 +263,24 @@ void scrmod(GlobalBlock& g, const char* cmode) {
 
 int getlev(GlobalBlock& g) { return g.core.level; }
 
+void memfil(GlobalBlock& g, const char* cmode) {
+  if (const int i = match_keyword(g, "ON  +OFF ", cmode); i != 0) {
+    g.core.memory.next = i == 1;
+  }
+}
+
+int rbffil(GlobalBlock& g, TextBuffer cbuf, int nmax) {
+  const MemoryFile& m = g.core.memory;
+  if (!m.kept || m.bytes.size() > 0x7fffffffU) {
+    return -1;
+  }
+  const std::size_t n = m.bytes.size();
+  if (n <= static_cast<std::size_t>(std::max(nmax, 0)) && cbuf.holds(n)) {
+    std::copy_n(m.bytes.data(), n, cbuf.data);
+  }
+  return static_cast<int>(n);
+}
+
 void zorini(GlobalBlock& g) {
   CoreState& c = g.core;
   c.level = 1;
@@ -232,6 +289,9 @@ void zorini(GlobalBlock& g) {
   g.msg.warnings = 0;
   c.has_plot_file = false;
   c.file_watched = false;
+  c.memory.bytes.clear();
+  c.memory.bytes.shrink_to_fit();
+  c.memory.kept = false;
   text_defaults(g);  // height, angle, character set, the font zoralf
   axes_defaults(g);  // axis position and lengths for the page, tick and label settings
   curve_defaults(g);  // interpolation, symbols, the colour cycle, the legend
@@ -272,6 +332,7 @@ void zorini(GlobalBlock& g) {
   if (!open_device(g, *dev, c.plot_handle.get())) {
     warn(g, 36);
     c.plot_handle.reset();
+    finish_memory_file(c);
     c.has_plot_file = false;
     c.level = 0;
     return;
@@ -290,6 +351,7 @@ void zorfin(GlobalBlock& g) {
     if (std::fclose(f) != 0) {
       ok = false;
     }
+    finish_memory_file(c);
   }
   if (!ok && !g.pipe.write_error_reported) {
     g.pipe.write_error_reported = true;

@@ -20,6 +20,18 @@ struct FileCloser {
 };
 using FileHandle = std::unique_ptr<std::FILE, FileCloser>;
 
+// A plot file kept in memory (memfil). While the plot is open, `data` and `size` are the
+// buffer of open_memstream (malloc'ed, updated when the stream is flushed or closed);
+// after zorfin the file is in `bytes` and the buffer is freed.
+struct MemoryFile {
+  bool next = false;              // memfil ON: the next plot's file goes to memory
+  bool open = false;              // the open plot writes into the buffer
+  bool kept = false;              // `bytes` holds the file of the last plot
+  char* data = nullptr;
+  std::size_t size = 0;
+  std::string bytes;
+};
+
 struct CoreState {
   int level = 0;                  // 0 before zorini, 1 plot open, 2 in 2D axes, 3 in 3D axes
   int device = 0;                 // device code chosen by metafl; 0 = not chosen yet
@@ -32,6 +44,7 @@ struct CoreState {
   std::string plot_file;          // set by setfil or formed by zorini; at most 256 chars
   int file_name_state = 0;        // 0 default name, 1 set by setfil, 2 name taken over
   bool has_plot_file = false;     // the current plot writes a file
+  MemoryFile memory;              // memfil, rbffil
   FileHandle plot_handle;         // open plot file; closed by zorfin
   bool file_watched = false;      // a regular plot file: zorfin checks that its name still
   std::uint64_t file_device = 0;  //   leads to this file (device and inode numbers)

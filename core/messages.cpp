@@ -47,7 +47,10 @@ void emit(GlobalBlock& g, int number, const std::string_view* text,
   if (number >= 0) {
     ++m.warnings;
   }
-  if (m.output == 0 || (number >= 0 && !m.warnings_on)) {
+  // The callback of msgcbk receives what errmod lets through, even without a message
+  // device (unit(NULL)).
+  const zorvel_message_cb callback = message_hook().callback.load(std::memory_order_acquire);
+  if ((m.output == 0 && callback == nullptr) || (number >= 0 && !m.warnings_on)) {
     return;
   }
   const std::string_view* value = values.begin();
@@ -81,6 +84,15 @@ void emit(GlobalBlock& g, int number, const std::string_view* text,
   }
   if (line.size() > kMaxLine - 1) {
     line.resize(kMaxLine - 1);
+  }
+  if (callback != nullptr) {
+    callback(number >= 0 ? number : -1, line.c_str());
+    if (message_hook().only.load(std::memory_order_relaxed)) {
+      return;
+    }
+  }
+  if (m.output == 0) {
+    return;
   }
   line += '\n';
   write_out(g, line);
@@ -245,6 +257,20 @@ void unit(GlobalBlock& g, std::FILE* fp) {
     m.output = 1;
     m.handle = fp;
   }
+}
+
+// Free: no block is created, so that a binding may set its callback before thrini. The
+// keyword is checked here, without a block to warn in.
+void msgcbk(zorvel_message_cb cfun, const char* copt) {
+  const int mode = find_keyword("ALSO+ONLY", 2, copt);
+  if (mode == 0 && *copt != '\0') {
+    std::fputs(">>>> Invalid parameter in msgcbk!\n", stdout);
+    std::fflush(stdout);
+    return;
+  }
+  MessageHook& hook = message_hook();
+  hook.only.store(mode == 2, std::memory_order_relaxed);
+  hook.callback.store(cfun, std::memory_order_release);
 }
 
 void winapp(GlobalBlock& g, const char* cmode) {

@@ -92,6 +92,11 @@ void finish_open_plot(GlobalBlock* b, const char* routine) {
 
 }  // namespace
 
+MessageHook& message_hook() {
+  static MessageHook hook;  // trivially destructible: usable while the process exits
+  return hook;
+}
+
 GlobalBlock::~GlobalBlock() {
   finish_open_plot(this, "delglb");
   close_message_file(*this);

@@ -1,8 +1,12 @@
 #pragma once
-// Process-wide state: the thread table of thrini/thrfin, the single-thread block and the
-// one critical section. Nothing else is shared between threads.
+// Process-wide state: the thread table of thrini/thrfin, the single-thread block, the one
+// critical section and the message callback of msgcbk. Nothing else is shared between
+// threads.
 
+#include <atomic>
 #include <mutex>
+
+#include "api_decl.h"
 
 namespace zorvel {
 
@@ -14,6 +18,14 @@ GlobalBlock* fetch_or_create(bool& created);
 
 // The calling thread's block, or null; never creates one.
 GlobalBlock* find_block();
+
+// The message callback of msgcbk, one for every thread: the function (null: none) and
+// whether warning lines go to it alone or to the message device as well.
+struct MessageHook {
+  std::atomic<zorvel_message_cb> callback{nullptr};
+  std::atomic<bool> only{false};
+};
+MessageHook& message_hook();
 
 // The process-wide lock, taken around opening files and printing summaries. A no-op in
 // single-thread mode.

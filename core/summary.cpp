@@ -57,7 +57,9 @@ std::string summary_text(const GlobalBlock& g, const DateTime& now) {
     framed(out, "NaN     : " + number(g.core.nans));
   }
   const bool message_file = g.msg.file_open;
-  if (g.core.has_plot_file) {
+  if (g.core.memory.kept) {
+    framed(out, "Metafile: (memory)");  // memfil: the file of this plot is in memory
+  } else if (g.core.has_plot_file) {
     framed(out, "Metafile: " + g.core.plot_file.substr(0, 48));
   } else if (!message_file) {
     framed(out, "Metafile: ");

@@ -11,7 +11,9 @@ Writes into OUTDIR:
   api_entries.cpp   the exported C entries: entry check, null-argument guards,
                     exception barrier, call of the internal implementation (for a routine
                     with sized buffers in zorvel::sized::<name>, which the C entry calls
-                    with buffers of unknown size)
+                    with buffers of unknown size, and which zorvel_sized_<name> exports
+                    for bindings that know the sizes: each sized pointer followed by its
+                    size_t size, in bytes for "buf" and in elements for arrays)
   routines.md       the routine reference by group (for the README)
 
 With --check-sources it checks instead that the file the table names for each routine
@@ -52,7 +54,7 @@ class Callback:
     def __init__(self, name, ret, params, mode, key, java_float, line):
         self.name = name
         self.ret = ret  # key of RET_TYPES
-        self.params = params  # [(kind, name)] with kind "int" or "dbl"
+        self.params = params  # [(kind, name)] with kind "int", "dbl" or "str"
         self.mode = mode  # "handler" or "function"
         self.key = key  # the int parameter that keys a handler, or None
         self.java_float = java_float  # floating-point values are float in Java
@@ -191,9 +193,9 @@ def parse_callback(text, path, line, callbacks, routines):
         fail(path, line, f"unknown return type '{ret}'")
     params = []
     for p in filter(None, (p.strip() for p in params_text.split(","))):
-        pm = re.fullmatch(r"(int|dbl)\s+(\w+)", p)
+        pm = re.fullmatch(r"(int|dbl|str)\s+(\w+)", p)
         if not pm:
-            fail(path, line, f"callback parameter '{p}': int or dbl and a name")
+            fail(path, line, f"callback parameter '{p}': int, dbl or str and a name")
         params.append(pm.groups())
     words = options.replace(",", " ").split()
     mode, key, java_float = None, None, False
@@ -424,10 +426,31 @@ def gen_entries(routines):
             args = ", ".join(f"{{{a.name}, zorvel::kUnknownSize}}" if a.is_sized else a.name
                              for a in r.args)
             body = [f"  return zorvel::sized::{r.name}({args});\n"]
+            out.append(sized_export(r))
         out.append(f"extern \"C\" ZORVEL_API {ret} {r.name}({r.c_params()}) noexcept {{\n")
         out.extend(body)
         out.append("}\n\n")
     return "".join(out)
+
+
+def sized_export_params(r):
+    """The C parameters of zorvel_sized_<name>: every sized pointer followed by its size."""
+    params = []
+    for a in r.args:
+        params.append(f"{a.ctype} {a.name}")
+        if a.is_sized:
+            params.append(f"size_t {a.name}_size")
+    return ", ".join(params)
+
+
+def sized_export(r):
+    """zorvel_sized_<name>, the entry of a routine with sized buffers for the bindings that
+    know the sizes (Python, Fortran). Not in zorvel.h: C programs call the routine."""
+    ret = RET_TYPES[r.ret]
+    args = ", ".join(f"{{{a.name}, {a.name}_size}}" if a.is_sized else a.name for a in r.args)
+    return (f'extern "C" ZORVEL_API {ret} zorvel_sized_{r.name}({sized_export_params(r)}) noexcept;\n'
+            f'{ret} zorvel_sized_{r.name}({sized_export_params(r)}) noexcept {{\n'
+            f"  return zorvel::sized::{r.name}({args});\n}}\n\n")
 
 
 def level_text(r):

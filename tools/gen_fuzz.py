@@ -188,7 +188,8 @@ def gen_calls(table, keywords):
     out.append("};\nconst std::size_t kKeywordCount = std::size(kKeywords);\n\n")
     out.append("namespace {\n\n// Callbacks that do nothing harmful.\n")
     for cb in table.callbacks.values():
-        params = ", ".join("int" if k == "int" else "double" for k, _ in cb.params) or "void"
+        params = ", ".join({"int": "int", "dbl": "double", "str": "const char*"}[k]
+                           for k, _ in cb.params) or "void"
         if cb.ret == "void":
             out.append(f"void cb_{cb.name}({params}) {{}}\n")
         else:

@@ -97,6 +97,8 @@ def callback_value(kind, cb):
         return "void", "V", "void", "Void"
     if kind == "int":
         return "int", "I", "jint", "Int"
+    if kind == "str":  # parameters only
+        return "String", "Ljava/lang/String;", "jstring", None
     if cb.java_float:
         return "float", "F", "jfloat", "Float"
     return "double", "D", "jdouble", "Double"
@@ -294,7 +296,9 @@ def gen_trampoline(cb, registry):
     the Java method kept in the registry."""
     cret = RET_TYPES[cb.ret]
     zero = {"void": "", "int": " 0", "dbl": " 0.0"}[cb.ret]
-    jargs = "".join(f", static_cast<{callback_value(k, cb)[2]}>({n})" for k, n in cb.params)
+    # Text parameters become Java strings (raw bytes as in every string from the library).
+    jargs = "".join(f", new_string(call.env(), {n})" if k == "str" else
+                    f", static_cast<{callback_value(k, cb)[2]}>({n})" for k, n in cb.params)
     how = callback_value(cb.ret, cb)[3]
     if cb.mode == "function":
         what = f"the function kept by registry {registry}"

@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """Completeness of the exports: every row of the routine table has exactly one C entry in
 the C library and its natives in the Java library (two for float[]/double[] overloads),
-under the names that Java itself computes, and nothing else is exported.
+under the names that Java itself computes, and nothing else is exported (but for
+zorvel_sized_<name>, the entry with buffer sizes of each routine with sized buffers).
 
 Usage: check_exports.py --table T --class K --jni-lib L --c-lib C -- JAVA_COMMAND...
   JAVA_COMMAND prints "method export" for every native method of the class
@@ -36,12 +37,16 @@ def main():
     java_cmd = opt.java[1:] if opt.java[:1] == ["--"] else opt.java
 
     errors = []
-    names = [r.name for r in parse_table(opt.table)]
+    table = parse_table(opt.table)
+    names = [r.name for r in table]
     c_exports = defined_functions(opt.c_lib)
+    sized = [f"zorvel_sized_{r.name}" for r in table if r.sized]
+    errors += [f"{opt.c_lib}: {c_exports.count(n)} exports of {n}"
+               for n in sized if c_exports.count(n) != 1]
     errors += [f"{opt.c_lib}: {c_exports.count(n)} exports of routine {n}"
                for n in names if c_exports.count(n) != 1]
     errors += [f"{opt.c_lib}: {e} is exported but is no routine"
-               for e in sorted(set(c_exports) - set(names))]
+               for e in sorted(set(c_exports) - set(names) - set(sized))]
 
     from_java = [tuple(line.split()) for line in subprocess.run(
         java_cmd, check=True, capture_output=True, text=True).stdout.splitlines() if line.strip()]
