@@ -49,7 +49,7 @@ class MapSink {
 // damaged record (what came before stays drawn). Gives no warning itself: the caller
 // names the file. Point buffers are reused from `work`.
 struct MapFileWork {
-  std::vector<std::int32_t> raw;
+  std::vector<unsigned char> raw;  // the file's bytes of a chunk of points
   std::vector<double> lon;
   std::vector<double> lat;
 };

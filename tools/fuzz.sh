@@ -37,7 +37,7 @@ echo "== Fuzzer build (clang, libFuzzer + ASan + UBSan)"
 cmake -S "$root" -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DZORVEL_FUZZ=ON \
       -DZORVEL_WERROR=ON -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_C_COMPILER=clang \
       -DZORVEL_BUILD_TESTS=OFF -DZORVEL_BUILD_EXAMPLES=OFF -DZORVEL_BUILD_BENCH=OFF > /dev/null
-cmake --build "$build" --target zorvel_fuzz -j2
+cmake --build "$build" --target zorvel_fuzz zorvel_fuzz_mapfile -j2
 fuzzer=$build/fuzz/zorvel_fuzz
 mkdir -p "$build/corpus" "$build/artifacts"
 # The fuzzer's temporary folders: what an input killed by a timeout leaves goes too.
@@ -63,6 +63,20 @@ if [ "$seconds" -gt 0 ]; then
     exit 1
   }
   grep -E "^(#[0-9]+[[:space:]]+DONE|stat::)" "$build/fuzz.log" || true
+fi
+
+if [ "$seconds" -gt 0 ]; then
+  # The map file reader: a tenth of the time, at most 30 s.
+  map_seconds=$(( seconds / 10 < 30 ? seconds / 10 + 1 : 30 ))
+  echo "== Fuzzing the map file reader for $map_seconds s"
+  mkdir -p "$build/corpus_map"
+  (cd "$build" && nice -n 19 "$build/fuzz/zorvel_fuzz_mapfile" "${opts[@]}" \
+     -max_total_time="$map_seconds" "$build/corpus_map" "$root/fuzz/corpus_map" \
+     2> "$build/fuzz_map.log") || {
+    tail -n 60 "$build/fuzz_map.log"
+    echo "FAIL: the map file fuzzer found a fault; the input is in $build/artifacts/"
+    exit 1
+  }
 fi
 
 echo "== Replay with the plot files kept, and their readers"
