@@ -11,6 +11,7 @@ std::unique_ptr<Driver> make_pdf_driver();
 std::unique_ptr<Driver> make_hpgl_driver();
 std::unique_ptr<Driver> make_java_driver();
 std::unique_ptr<Driver> make_svg_driver();
+std::unique_ptr<Driver> make_ipe_driver();
 std::unique_ptr<Driver> make_tiff_driver();
 std::unique_ptr<Driver> make_imag_driver();
 std::unique_ptr<Driver> make_virtual_driver();
@@ -102,7 +103,7 @@ constexpr std::array kDevices = {
     DeviceInfo{"SVG ", 801, "svg", K::Text, F::Svg, D::Pixels, T::PageMode, kPixels,
                S::None, false, false, kTenthMm, 24, kWhitePaper, 0, &make_svg_driver},
     DeviceInfo{"IPE ", 802, "ipe", K::Text, F::Ipe, D::Paper, T::PageMode, kPoints,
-               S::None, false, false, kTenthMm, 24, kWhitePaper, 0, nullptr},
+               S::None, false, false, kTenthMm, 24, kWhitePaper, 0, &make_ipe_driver},
     screen("XWIN", 72), screen("XWI1", 72), screen("XWI2", 73), screen("XWI3", 74),
     screen("XWI4", 75), screen("XWI5", 76), screen("XWI6", 77), screen("XWI7", 78),
     screen("XWI8", 79), screen("XWND", 80), screen("CONS", 80),
