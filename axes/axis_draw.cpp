@@ -120,7 +120,7 @@ class AxisPainter {
         sc_(scale_of(g, l.ax)),
         draw_(draw),
         labels_ok_(label_marks(g.axes, l.ax, marks_)),
-        text_(g.axes, l.ax, marks_) {
+        text_(g.axes, l.ax, marks_, label_chars(g)) {
     height_ = g.text.height;
     name_height_ = g.axes.name_height > 0 ? g.axes.name_height : height_;
   }
@@ -253,7 +253,7 @@ class AxisPainter {
       const int n = text_.format(m.value, m.index, buf);
       const std::string_view text(buf, static_cast<std::size_t>(n));
       widest = std::max(widest, static_cast<double>(measure_label(g_, text, height_)));
-      raised = raised || text.find(kRaiseChar) != std::string_view::npos;
+      raised = raised || text.find(text_.chars().raise) != std::string_view::npos;
       last = m.index;
     }
     std::array<double, 2> forced{};
@@ -396,6 +396,7 @@ class AxisPainter {
     const PartColour c(g_, st_.colours[3]);
     LabelStyle st;
     st.height = name_height_;
+    st.user_text = true;
     if (l_.crossed && l_.ax == kAxisY && st_.name_just == 0) {
       // The Y name of a crossed system stands upright above the axis' upper end.
       st.hjust = 1;
@@ -540,6 +541,7 @@ double draw_titles(GlobalBlock& g, const AxisExtents& ext, bool draw) {
   }
   const PageClipScope page(g);
   LabelStyle st;
+  st.user_text = true;  // titles are the caller's text
   st.hjust = s.title_just == 1 ? 0 : s.title_just == 2 ? 2 : 1;
   const double x = s.title_just == 1   ? s.pos_x
                    : s.title_just == 2 ? s.pos_x + s.len_x - 1.0

@@ -236,12 +236,14 @@ bool grid_marks(const AxisState& s, int ax, int n, std::vector<double>& out) {
   return true;
 }
 
-AxisLabelText::AxisLabelText(const AxisState& s, int ax, const std::vector<LabelMark>& marks)
+AxisLabelText::AxisLabelText(const AxisState& s, int ax, const std::vector<LabelMark>& marks,
+                             const LabelChars& chars)
     : s_(s),
       st_(s.axis[static_cast<std::size_t>(ax)]),
       sc_(s.scale[static_cast<std::size_t>(ax)]),
       ax_(ax),
-      log_(s.log[static_cast<std::size_t>(ax)]) {
+      log_(s.log[static_cast<std::size_t>(ax)]),
+      chars_(chars) {
   const bool autoscaled = s.autoscale[static_cast<std::size_t>(ax)];
   per_label_digits_ = log_ && st_.auto_digits && !autoscaled && st_.label_type == kLabFloa &&
                       st_.log_form == kLogPlain;
@@ -263,7 +265,7 @@ int AxisLabelText::format(double v, int index, char* buf) const {
     return 1;
   }
   if (auto_exponent_) {
-    return format_exponent(buf, kLabelBuffer, v, digits_, kLabExp);
+    return format_exponent(buf, kLabelBuffer, v, digits_, kLabExp, chars_);
   }
   int digits = digits_;
   if (per_label_digits_) {
@@ -285,6 +287,7 @@ int AxisLabelText::format(double v, int index, char* buf) const {
   r.index = index;
   r.time_form = sc_.time_form;
   r.date_form = sc_.date_form;
+  r.chars = chars_;
   return format_label(s_, st_, r, v, buf, kLabelBuffer);
 }
 

@@ -50,10 +50,14 @@ bool grid_marks(const AxisState& s, int ax, int n, std::vector<double>& out);
 class AxisLabelText {
  public:
   // `marks` are the labels of the axis (label_marks), from which the digits are chosen.
-  AxisLabelText(const AxisState& s, int ax, const std::vector<LabelMark>& marks);
+  // `chars` are the characters of label_chars (text/text.h) that the labels are written
+  // with.
+  AxisLabelText(const AxisState& s, int ax, const std::vector<LabelMark>& marks,
+                const LabelChars& chars);
   // The label of value v with index `index` into buf of kLabelBuffer bytes (terminated);
   // returns its length.
   int format(double v, int index, char* buf) const;
+  const LabelChars& chars() const { return chars_; }
 
  private:
   const AxisState& s_;
@@ -64,6 +68,7 @@ class AxisLabelText {
   bool per_label_digits_ = false;
   bool auto_exponent_ = false;
   int digits_ = -1;
+  LabelChars chars_;
 };
 
 // Temporarily sets a colour of axclrs (-1: the current colour stays).

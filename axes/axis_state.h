@@ -60,11 +60,12 @@ enum AxisKind : int { kKindOrdinary = 0, kKindTime = 1, kKindMap = 2, kKindDate 
 // Label forms on a logarithmic axis.
 enum LogForm : int { kLogPower = 1, kLogPlain = 2, kLogExponent = 3 };
 
-// The control characters that raise the following characters as an exponent and return
-// to the base line. Label texts hold them; the text engine interprets them when a string
-// is drawn with raised parts allowed (draw_label).
+// The control codes that stand in for the instruction alphabet's raise, return and
+// command characters in the library's labels when setmix has left a role without a
+// character (label_chars in text/text.h); user labels never hold them.
 inline constexpr char kRaiseChar = '\x01';
 inline constexpr char kReturnChar = '\x02';
+inline constexpr char kCommandChar = '\x03';
 
 // Parts of an axis, in the order of setgrf's keywords; a side draws every part up to
 // and including its setting.

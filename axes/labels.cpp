@@ -207,7 +207,8 @@ void write_time(LabelWriter& w, const AxisState& st, int type, double seconds) {
   }
 }
 
-void write_map(LabelWriter& w, int type, int axis, double value, int digits) {
+void write_map(LabelWriter& w, const LabelChars& ch, int type, int axis, double value,
+               int digits) {
   const int form = type == kLabDmap ? 1 : (type == kLabLmap ? 3 : 2);
   double v = value;
   if (form != 1) {
@@ -231,9 +232,9 @@ void write_map(LabelWriter& w, int type, int axis, double value, int digits) {
   }
   w.number(form == 1 ? v : std::fabs(v), digits);
   if (type != kLabMapn) {
-    w.put(kRaiseChar);
+    w.put(ch.raise);
     w.put('o');
-    w.put(kReturnChar);
+    w.put(ch.back);
   }
   const bool x = axis == kAxisX;
   if (v > 0.001) {
@@ -248,13 +249,14 @@ void write_map(LabelWriter& w, int type, int axis, double value, int digits) {
     }
   } else if (axis == kAxisY && form != 1) {
     w.put("  ");
-    w.put(kReturnChar);
+    w.put(ch.back);
   }
 }
 
 }  // namespace
 
-int format_exponent(char* buf, std::size_t size, double value, int digits, int label_type) {
+int format_exponent(char* buf, std::size_t size, double value, int digits, int label_type,
+                    const LabelChars& ch) {
   LabelWriter w(buf, size);
   double m = std::isfinite(value) ? value : 0.0;
   int e = 0;
@@ -287,10 +289,15 @@ int format_exponent(char* buf, std::size_t size, double value, int digits, int l
     w.integer(e);
     return w.length();
   }
-  w.put(label_type == kLabXexp ? "{D}10" : "*10");
-  w.put(kRaiseChar);
+  if (label_type == kLabXexp) {
+    w.put(ch.command);
+    w.put("D}10");
+  } else {
+    w.put("*10");
+  }
+  w.put(ch.raise);
   w.integer(e);
-  w.put(kReturnChar);
+  w.put(ch.back);
   return w.length();
 }
 
@@ -312,16 +319,17 @@ int format_label(const AxisState& st, const AxisSettings& s, const LabelRequest&
     case kLabExp:
     case kLabXexp:
     case kLabFexp:
-      return format_exponent(buf, size, r.log_axis ? power_of_ten(value) : value, r.digits, type);
+      return format_exponent(buf, size, r.log_axis ? power_of_ten(value) : value, r.digits, type,
+                             r.chars);
     default:
       break;
   }
 
   if (r.log_axis && s.log_form == kLogPower) {
     w.put("10");
-    w.put(kRaiseChar);
+    w.put(r.chars.raise);
     w.number(value, r.digits);
-    w.put(kReturnChar);
+    w.put(r.chars.back);
     return w.length();
   }
 
@@ -345,7 +353,7 @@ int format_label(const AxisState& st, const AxisSettings& s, const LabelRequest&
     case kLabDmap:
     case kLabLmap:
     case kLabMapn:
-      write_map(w, type, r.axis, value, r.digits);
+      write_map(w, r.chars, type, r.axis, value, r.digits);
       break;
     default:
       break;

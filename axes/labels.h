@@ -3,13 +3,16 @@
 // and the calendar behind date labels. Nothing here draws or warns; the axis routine
 // and the public routines do.
 //
-// Label texts may hold kRaiseChar and kReturnChar (axes/axis_state.h) around exponents
-// and degree signs; the text engine raises the characters between them.
+// Label texts hold the raise and return characters of the instruction alphabet around
+// exponents and degree signs, and its command character in "{D}" (the multiplication
+// sign); the caller passes the characters in force (label_chars, text/text.h) and draws
+// the labels with draw_label, which lays them out with the instruction alphabet on.
 
 #include <cstddef>
 #include <string_view>
 
 #include "axes/axis_state.h"
+#include "text/text.h"
 
 namespace zorvel {
 
@@ -18,9 +21,10 @@ namespace zorvel {
 inline constexpr std::size_t kLabelBuffer = 160;
 
 // Exponent forms of `value` with `digits` decimals in the mantissa (EXP, XEXP, FEXP):
-// "2.5*10^3", "2.5{D}10^3", "2.5E3" (^ standing for the raise and return pair). Returns
+// "2.5*10[3$", "2.5{D}10[3$", "2.5E3" (with the default characters of `ch`). Returns
 // the length written into buf (always terminated, never past size - 1).
-int format_exponent(char* buf, std::size_t size, double value, int digits, int label_type);
+int format_exponent(char* buf, std::size_t size, double value, int digits, int label_type,
+                    const LabelChars& ch);
 
 // How date labels are written: the caller picks the form from the label step.
 enum DateForm : int {
@@ -39,6 +43,7 @@ struct LabelRequest {
   int time_form = -1;        // time axes: -1 the label type's form, else kLabTime,
                              //   kLabHour or kLabSeco chosen by automatic scaling
   int date_form = kDateFull;
+  LabelChars chars{kRaiseChar, kReturnChar, kCommandChar};  // raise, return, command
 };
 
 // The label of `value` on an axis with settings `s`, as the label type of `s` says;

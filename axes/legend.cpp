@@ -108,7 +108,8 @@ struct Entry {
 struct Measure {
   std::vector<Entry> entries;
   double h = 0.0;     // character height
-  double line = 0.0;  // one text line, h f
+  double line = 0.0;  // one text line, h f (and what raised or lowered parts add)
+  double box = 0.0;   // height of a text line's box: h, more with raised or lowered parts
   int pattern = 0;    // width of the pattern column, 0 without patterns
   int width = 0;
   int height = 0;
@@ -143,10 +144,18 @@ Measure measure(GlobalBlock& g, const std::string& text) {
     e.text = trim(std::string_view(text).substr(at, static_cast<std::size_t>(l.line_length)));
     for_each_row(g, e.text, [&](std::string_view row) {
       ++e.rows;
-      e.width = std::max(e.width, static_cast<double>(measure_label(g, row, h)));
+      e.width = std::max(e.width, static_cast<double>(measure_label(g, row, h, true)));
+      TextBox box;
+      if (text_box(g, row, box)) {
+        m.box = std::max(m.box, static_cast<double>(box.ascent + box.descent));
+      }
     });
     m.entries.push_back(e);
   }
+  // Lines with exponents or indices (instruction alphabet) move apart by what their box
+  // adds to the height.
+  m.box = std::max(m.box, m.h);
+  m.line += m.box - m.h;
 
   // Width: the text, the margins, the pattern column(s), the title, the frame.
   const int n = static_cast<int>(m.entries.size());
@@ -168,7 +177,7 @@ Measure measure(GlobalBlock& g, const std::string& text) {
     m.width += m.pattern * (l.horizontal ? n : 1);
   }
   if (!l.title.empty()) {
-    const int title = measure_label(g, l.title.view(), h);
+    const int title = measure_label(g, l.title.view(), h, true);
     if (title > m.width) {
       m.width = whole(margins + title);
     }
@@ -178,8 +187,8 @@ Measure measure(GlobalBlock& g, const std::string& text) {
 
   // Height.
   double height = l.horizontal
-                      ? margins + m.h + (rows - 1) * l.spacing * m.line
-                      : (2.0 * l.margin + (n - 1)) * m.line + m.h + extra * l.spacing * m.line;
+                      ? margins + m.box + (rows - 1) * l.spacing * m.line
+                      : (2.0 * l.margin + (n - 1)) * m.line + m.box + extra * l.spacing * m.line;
   height += 2 * frame;
   if (!l.title.empty()) {
     height += 1.5 * m.line;
@@ -394,8 +403,8 @@ void draw_legend(GlobalBlock& g, const Measure& m, int x0, int y0) {
   const double left = x0 + frame + margin;
   double top = y0 + frame + margin;
   if (!l.title.empty()) {
-    const LabelStyle centred{0, h, 1, 0};
-    const LabelStyle at_left{0, h, 0, 0};
+    const LabelStyle centred{0, h, 1, 0, true};
+    const LabelStyle at_left{0, h, 0, 0, true};
     if (l.horizontal) {
       draw_label(g, l.title.view(), x0 + (m.width - 1) / 2.0, top, centred);
     } else {
@@ -409,13 +418,13 @@ void draw_legend(GlobalBlock& g, const Measure& m, int x0, int y0) {
   const double length = std::max(l.pattern, 0.0) * m.h;
   double x = left;
   for (const Entry& e : m.entries) {
-    const double block = m.h + (e.rows - 1) * step;
+    const double block = m.box + (e.rows - 1) * step;
     if (m.pattern > 0) {
       draw_pattern(g, pen, look_of(g, e.line), x, top + block / 2, length, m);
     }
     double row_top = top;
     for_each_row(g, e.text, [&](std::string_view row) {
-      draw_label(g, row, x + m.pattern, row_top, LabelStyle{0, h, 0, 0});
+      draw_label(g, row, x + m.pattern, row_top, LabelStyle{0, h, 0, 0, true});
       row_top += step;
     });
     if (l.horizontal) {

@@ -104,7 +104,7 @@ bool angle_labels(GlobalBlock& g, double out, AngleLabels& a) {
   const double last = sc.a + 360.0 - 1e-9 * std::fabs(sc.step);
   std::erase_if(a.marks, [&](const LabelMark& m) { return m.value >= last; });
   // Labels along the arc closer than their width are thinned.
-  const AxisLabelText text(s, kAxisY, a.marks);
+  const AxisLabelText text(s, kAxisY, a.marks, label_chars(g));
   char buf[kLabelBuffer];
   double widest = 0.0;
   for (const LabelMark& m : a.marks) {
@@ -127,9 +127,9 @@ int angle_text(const AxisState& s, const AxisLabelText& text, const LabelMark& m
   const AxisSettings& st = s.axis[kAxisY];
   if (st.kind == kKindOrdinary && st.label_type != kLabMyla && n > 0 &&
       n + 4 < static_cast<int>(kLabelBuffer)) {
-    buf[n++] = kRaiseChar;
+    buf[n++] = text.chars().raise;
     buf[n++] = 'o';
-    buf[n++] = kReturnChar;
+    buf[n++] = text.chars().back;
     buf[n] = '\0';
   }
   return n;
@@ -180,7 +180,7 @@ AxisExtents angle_axis(GlobalBlock& g, bool draw) {
   if (!angle_labels(g, out, labels)) {
     return ext;
   }
-  const AxisLabelText text(s, kAxisY, labels.marks);
+  const AxisLabelText text(s, kAxisY, labels.marks, label_chars(g));
   const PartColour c(g, st.colours[2]);
   const int h = g.text.height;
   const double left = s.pos_x;

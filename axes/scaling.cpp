@@ -218,6 +218,7 @@ void auto_scale(GlobalBlock& g, int ax, double v[4]) {
     r.axis = ax;
     r.log_axis = lg;
     r.digits = digits;
+    r.chars = label_chars(g);
     const int len = format_label(s, st, r, first_label(step), text, sizeof text);
     const int w = measure_label(g, std::string_view(text, static_cast<std::size_t>(len)),
                                 g.text.height);

@@ -184,11 +184,12 @@ void mylab(GlobalBlock& g, const char* cstr, int itick, const char* cax) {
   if (!check_range(g, itick, 1, kMaxUserLabels)) {
     return;
   }
-  // The raise and return codes are the axes' own; a user's label shows them as blanks.
+  // The control codes that stand in for instruction characters in the library's labels
+  // are its own; a user's label shows them as blanks.
   std::array<char, kUserLabelSize> text{};
   std::size_t n = 0;
   for (const char* c = cstr; *c != '\0' && n < text.size(); ++c) {
-    text[n++] = *c == kRaiseChar || *c == kReturnChar ? ' ' : *c;
+    text[n++] = *c == kRaiseChar || *c == kReturnChar || *c == kCommandChar ? ' ' : *c;
   }
   for_axes(g, cax, [&](AxisSettings& s) {
     s.user_labels[static_cast<std::size_t>(itick - 1)] = std::string_view(text.data(), n);

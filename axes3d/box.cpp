@@ -410,7 +410,7 @@ class BoxPainter {
     if (marks.empty()) {
       return;
     }
-    const AxisLabelText text(g_.axes, ax, marks);
+    const AxisLabelText text(g_.axes, ax, marks, label_chars(g_));
     const int height = g_.text.height;
     std::vector<AxisLabel> labels;
     char buf[kLabelBuffer];
@@ -426,8 +426,8 @@ class BoxPainter {
       const std::string_view s(buf, static_cast<std::size_t>(n));
       const double w = measure_label(g_, s, height);
       widest = std::max(widest, w);
-      labels.push_back(
-          {p, project(g_, p), m.index, m.value, w, s.find(kRaiseChar) != std::string_view::npos});
+      labels.push_back({p, project(g_, p), m.index, m.value, w,
+                        s.find(text.chars().raise) != std::string_view::npos});
     }
     const int stride = st.label_type == kLabMyla ? 1 : label_stride(a, labels, widest, height);
     const PartColour c(g_, st.colours[2]);
@@ -494,7 +494,7 @@ class BoxPainter {
       return;
     }
     const PagePoint at = project(g_, mid);
-    const double w = measure_label(g_, st.name.view(), height);
+    const double w = measure_label(g_, st.name.view(), height, true);
     double dist = a.reach + st.name_dist;
     double far = 0.0;
     PageRect r = place(a, at.x, at.y, dist, w, height, 0.0, far);
@@ -507,6 +507,7 @@ class BoxPainter {
     style.height = height;
     style.hjust = 1;
     style.vjust = 1;
+    style.user_text = true;
     draw_label(g_, st.name.view(), (r.x0 + r.x1) / 2.0, (r.y0 + r.y1) / 2.0, style);
     placed_.push_back(r);
   }

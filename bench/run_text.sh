@@ -6,14 +6,14 @@
 # Usage: bench/run_text.sh [BUILD_DIR] [RUNS] [MODES]
 #   BUILD_DIR  a configured build (default: build); the benchmark is built when missing
 #   RUNS       timed runs per mode after one warm-up run (default 11); the median counts
-#   MODES      font modes (default "zoralf complx helve hwfont number")
+#   MODES      font modes (default "zoralf complx helve hwfont number mixalf")
 # ZORVEL_PEERS may name the peers' results.tsv (default: ../shared/bench/results/results.tsv
 # beside the repository).
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 build=$(cd "${1:-$root/build}" && pwd)
 runs=${2:-11}
-modes=${3:-zoralf complx helve hwfont number}
+modes=${3:-zoralf complx helve hwfont number mixalf}
 prog=$build/bench/bench_text_labels
 if [ ! -x "$prog" ]; then
   cmake --build "$build" --target bench_text_labels > /dev/null

@@ -12,10 +12,12 @@
 #include "core/global_block.h"
 #include "core/keywords.h"
 #include "core/messages.h"
+#include "draw/colour.h"
 #include "draw/pipeline.h"
 #include "text/decode.h"
 #include "text/font.h"
 #include "text/layout.h"
+#include "text/mix.h"
 #include "text/text.h"
 
 namespace zorvel {
@@ -47,23 +49,56 @@ void check_page(GlobalBlock& g, std::string_view what, long long x, long long y)
   warn(g, 193, what, xs, ys);
 }
 
-// The frame of frmess around the box of a string: `thickness` rectangles one plot unit
-// apart, the innermost a quarter of the height away from the text. (sx, sy) is the
-// string's top-left corner, `length` its measured length.
-void draw_frame(GlobalBlock& g, double sx, double sy, double length) {
+// Margin between a string's box and its frame or background: txtmar, by default a
+// quarter of the height.
+double box_margin(const TextState& t) {
+  return t.mix.margin >= 0 ? t.mix.margin : 0.25 * t.height;
+}
+
+// A point of a string's box at `u` along the base line and `q` down from the top-left
+// corner (sx, sy).
+void box_point(const TextState& t, double sx, double sy, double u, double q, double& x,
+               double& y) {
+  x = sx + u * t.cos_a + q * t.sin_a;
+  y = sy - u * t.sin_a + q * t.cos_a;
+}
+
+// The background of txtbgd: the box of a string and its margin, filled before the text.
+void fill_background(GlobalBlock& g, double sx, double sy, double length, double depth) {
   const TextState& t = g.text;
-  const double sn = t.sin_a;
-  const double cs = t.cos_a;
-  const double margin = 0.25 * t.height;
-  const double depth = t.height - 1;
+  const double d = box_margin(t);
+  const double us[4] = {-d, length + d, length + d, -d};
+  const double qs[4] = {-d, -d, depth + d, depth + d};
+  double xs[4];
+  double ys[4];
+  for (int k = 0; k < 4; ++k) {
+    box_point(t, sx, sy, us[k], qs[k], xs[k], ys[k]);
+  }
+  const int colour = g.colour.current;
+  set_colour(g, t.mix.background);
+  const int end = 4;
+  {
+    const FillPatternScope solid(g, kSolidPattern);
+    fill_path(g, xs, ys, &end, 1, FillRule::NonZero);
+  }
+  set_colour(g, colour);
+}
+
+// The frame of frmess around the box of a string: `thickness` rectangles one plot unit
+// apart, the innermost the margin away from the text. (sx, sy) is the box's top-left
+// corner, `length` the string's measured length, `depth` the box's height less one.
+void draw_frame(GlobalBlock& g, double sx, double sy, double length, double depth) {
+  const TextState& t = g.text;
+  const double margin = box_margin(t);
   for (int i = 0; i < t.frame; ++i) {
     const double d = margin + i;
     // Corners in (along the base line, down from the top) coordinates.
     const double us[5] = {-d, length + d, length + d, -d, -d};
     const double qs[5] = {-d, -d, depth + d, depth + d, -d};
     for (int k = 0; k < 5; ++k) {
-      const double x = sx + us[k] * cs + qs[k] * sn;
-      const double y = sy - us[k] * sn + qs[k] * cs;
+      double x = 0.0;
+      double y = 0.0;
+      box_point(t, sx, sy, us[k], qs[k], x, y);
       if (k == 0) {
         move_to(g, x, y);
       } else {
@@ -74,13 +109,17 @@ void draw_frame(GlobalBlock& g, double sx, double sy, double length) {
 }
 
 // Draws a laid-out string with the pen starting at (x, y); checks the end point,
-// remembers it for continuation and draws the frame. One warning for characters that
-// could not be drawn.
+// remembers it for continuation and draws the background and the frame. One warning
+// for characters that could not be drawn.
 void run_string(GlobalBlock& g, const TextLayout& layout, double x, double y) {
   TextState& t = g.text;
-  const double h1 = t.height - 1;
-  const double sx = x - t.sin_a * h1;  // top-left corner of the string
-  const double sy = y - t.cos_a * h1;
+  const double lift = layout.ascent - 1;  // from the base line to the box's top
+  const double depth = lift + layout.descent;
+  const double sx = x - t.sin_a * lift;  // top-left corner of the box
+  const double sy = y - t.cos_a * lift;
+  if (t.mix.background >= 0) {
+    fill_background(g, sx, sy, layout.length, depth);
+  }
   const int undrawn = render_layout(g, layout, x, y);
   if (undrawn >= 0) {
     warn(g, kUndrawable, undrawn);
@@ -89,7 +128,7 @@ void run_string(GlobalBlock& g, const TextLayout& layout, double x, double y) {
   t.next_x = x;
   t.next_y = y;
   if (t.frame > 0) {
-    draw_frame(g, sx, sy, layout.length);
+    draw_frame(g, sx, sy, layout.length, depth);
   }
 }
 
@@ -106,17 +145,19 @@ void draw_string(GlobalBlock& g, std::string_view s, double x, double y) {
   }
   const PageClipScope page_clip(g);
   const TextLayout& layout = layout_codes(g, codes);
+  // Vertical justification by the box: for plain text the capitals' height.
+  const double box = layout.ascent + layout.descent;
   const double dx = t.hjust == 0 ? 0.0 : t.hjust == 1 ? 0.5 * layout.length : layout.length;
-  const double dy = t.vjust == 1 ? 0.5 * t.height : t.vjust == 2 ? t.height : 0.0;
+  const double dy = t.vjust == 1 ? 0.5 * box : t.vjust == 2 ? box : 0.0;
   const double sn = t.sin_a;
   const double cs = t.cos_a;
   const int sx = trunc_int(x - dx * cs - dy * sn + 0.5);
   const int sy = trunc_int(y + dx * sn - dy * cs + 0.5);
-  const double h1 = t.height - 1;
+  const double lift = layout.ascent - 1;
   // In long long: an origin far out must not overflow the sum.
   check_page(g, "Startpoint", static_cast<long long>(sx) + g.page.origin_x,
              static_cast<long long>(sy) + g.page.origin_y);
-  run_string(g, layout, sx + sn * h1, sy + cs * h1);
+  run_string(g, layout, sx + sn * lift, sy + cs * lift);
 }
 
 void draw_string_continued(GlobalBlock& g, std::string_view s) {
@@ -173,26 +214,51 @@ class TextParameters {
 
 }  // namespace
 
+namespace {
+
+// The instruction and formula settings of one label: the library's own texts are laid
+// out with the instruction alphabet on and the formula mode off.
+class LabelMode {
+ public:
+  LabelMode(GlobalBlock& g, bool user_text)
+      : g_(g), label_(g.text.mix.label), tex_(g.text.tex.on) {
+    if (!user_text) {
+      g.text.mix.label = true;
+      g.text.tex.on = false;
+    }
+  }
+  ~LabelMode() {
+    g_.text.mix.label = label_;
+    g_.text.tex.on = tex_;
+  }
+  LabelMode(const LabelMode&) = delete;
+  LabelMode& operator=(const LabelMode&) = delete;
+
+ private:
+  GlobalBlock& g_;
+  bool label_;
+  bool tex_;
+};
+
+}  // namespace
+
 void draw_label(GlobalBlock& g, std::string_view s, double x, double y, const LabelStyle& st) {
   TextState& t = g.text;
   const TextParameters keep(g, st.angle, st.height);
+  const LabelMode mode(g, st.user_text);
   const int hjust = t.hjust;
   const int vjust = t.vjust;
   t.hjust = st.hjust;
   t.vjust = st.vjust;
-  t.raise_codes = true;
   draw_string(g, s, x, y);
-  t.raise_codes = false;
   t.hjust = hjust;
   t.vjust = vjust;
 }
 
-int measure_label(GlobalBlock& g, std::string_view s, int height) {
+int measure_label(GlobalBlock& g, std::string_view s, int height, bool user_text) {
   const TextParameters keep(g, g.text.angle, height);
-  g.text.raise_codes = true;
-  const int n = measure_string(g, s);
-  g.text.raise_codes = false;
-  return n;
+  const LabelMode mode(g, user_text);
+  return measure_string(g, s);
 }
 
 bool set_height(GlobalBlock& g, int height) {
@@ -238,6 +304,7 @@ void text_defaults(GlobalBlock& g) {
   t.next_x = 0.0;
   t.next_y = 0.0;
   t.work = TextWork{};
+  mix_defaults(t.mix);
   load_font(t.font, kFontZoralf);
 }
 

@@ -9,6 +9,7 @@
 #include "text/font.h"
 #include "text/layout.h"
 #include "text/mapping.h"
+#include "text/mix.h"
 #include "text/text.h"
 
 namespace zorvel {
@@ -17,10 +18,8 @@ namespace {
 constexpr int kIntLimit = 2000000000;
 constexpr double kDriverGap = 0.1;  // gap of driver fonts, in heights
 constexpr int kFixedPitch = 6;      // width of every glyph of a fixed-pitch alphabet
-// The raise and return codes of label texts, and what raising does: the base line moves
-// up by kRaiseShift heights of the piece and the characters shrink by kRaiseSize.
-constexpr int kRaiseCode = 1;
-constexpr int kReturnCode = 2;
+// Signs drawn as a raised small character: the base line moves up by kRaiseShift
+// heights and the character shrinks by kRaiseSize.
 constexpr double kRaiseShift = 0.6;
 constexpr double kRaiseSize = 0.7;
 
@@ -217,7 +216,6 @@ void lay_code(GlobalBlock& g, LaidGlyph& e, int code) {
 
 const TextLayout& layout_codes(GlobalBlock& g, const CodeString& codes) {
   TextState& t = g.text;
-  TextWork& w = t.work;
   TextLayout& out = t.layout;
   if (out.glyphs.capacity() < static_cast<std::size_t>(kMaxTextCodes)) {
     out.glyphs.reserve(kMaxTextCodes);
@@ -226,23 +224,15 @@ const TextLayout& layout_codes(GlobalBlock& g, const CodeString& codes) {
   out.length = 0;
   out.missing = -1;
   begin_string(t);
+  if (has_instructions(t, codes)) {
+    layout_instructions(g, codes, out);
+    t.font.selected = -1;
+    return out;
+  }
   double pen = 0.0;
   for (int i = 0; i < codes.n; ++i) {
     const int code = codes.code[static_cast<std::size_t>(i)];
     LaidGlyph& e = out.glyphs.emplace_back();
-    e.code = code;
-    if (t.raise_codes && (code == kRaiseCode || code == kReturnCode)) {
-      // An empty cell that changes the base line and size of what follows.
-      if (code == kRaiseCode) {
-        w.shift += kRaiseShift * t.height * w.size;
-        w.size *= kRaiseSize;
-      } else {
-        w.shift = 0.0;
-        w.size = 1.0;
-      }
-      e.pen = pen;
-      continue;
-    }
     lay_code(g, e, code);
     pen += e.lead;
     e.pen = pen;

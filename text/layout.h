@@ -26,6 +26,7 @@
 namespace zorvel {
 
 struct GlobalBlock;
+struct AlphabetSlot;
 
 // How a laid-out glyph is drawn.
 enum class GlyphKind : std::uint8_t {
@@ -35,6 +36,8 @@ enum class GlyphKind : std::uint8_t {
   Driver,   // a character of the device's own font
   Rule,     // a filled bar (fraction bars, radicals, under- and overlines): the cell
             //   from pen + inset over `width`, from `raise` up to `raise + thick`
+  Symbol,   // plot symbol `font_code` (axes/symbols.h), `width` high, centred on the
+            //   cell from `raise` up
 };
 
 struct LaidGlyph {
@@ -62,6 +65,8 @@ struct LaidGlyph {
   double size = 1.0;           // their size factor; units and widths already include it
   double thick = 0.0;          // thickness of a rule, plot units
   int colour = -1;             // colour value the glyph is drawn in; -1: the current one
+  const AlphabetSlot* slot = nullptr;  // tables of a glyph of another font than the
+                                       //   loaded one ({F} commands); null: the loaded font's
 };
 
 struct TextLayout {

@@ -18,6 +18,7 @@
 #include <cmath>
 #include <cstdint>
 
+#include "axes/symbols.h"
 #include "core/global_block.h"
 #include "draw/colour.h"
 #include "draw/pipeline.h"
@@ -227,7 +228,8 @@ int render_layout(GlobalBlock& g, const TextLayout& layout, double& x, double& y
       x += e.lead * cs;
       y -= e.lead * sn;
     }
-    if (e.kind == GlyphKind::Blank && head != nullptr && visible(t, x, y, e.width)) {
+    if (e.kind == GlyphKind::Blank && head != nullptr && e.width > 0.0 &&
+        visible(t, x, y, e.width)) {
       // A blank inside a driver-font run stays in its text (one element per string in
       // SVG and PDF); drivers that place characters one by one skip it.
       const double u = e.inset + 0.5 * e.width;
@@ -251,6 +253,16 @@ int render_layout(GlobalBlock& g, const TextLayout& layout, double& x, double& y
           head = nullptr;
         }
         fill_rule(g, e, x, y);
+      } else if (e.kind == GlyphKind::Symbol) {
+        if (head != nullptr) {
+          send_run(g, *head);
+          head = nullptr;
+        }
+        // Centred on its cell, as high as the cell is wide.
+        const double u = e.inset + 0.5 * e.width;
+        const double v = e.raise + 0.5 * e.width;
+        draw_symbol(g, e.font_code, x + u * cs - v * sn, y - v * cs - u * sn,
+                    round_int(e.width));
       } else if (e.kind == GlyphKind::Driver) {
         if (head != nullptr && !same_run(*head, e)) {
           send_run(g, *head);
@@ -270,7 +282,9 @@ int render_layout(GlobalBlock& g, const TextLayout& layout, double& x, double& y
           send_run(g, *head);
           head = nullptr;
         }
-        const AlphabetSlot& s = t.font.alphabets[static_cast<std::size_t>(e.alphabet)];
+        const AlphabetSlot& s = e.slot != nullptr
+                                    ? *e.slot
+                                    : t.font.alphabets[static_cast<std::size_t>(e.alphabet)];
         const GlyphFrame fr{x - sn * e.raise, y - cs * e.raise, sn,      cs,      e.unit_x,
                             e.unit_y,         e.slant,          e.inset, e.italic};
         const bool filled = e.kind == GlyphKind::Outline && fill_outline(g, s, e.glyph, fr);

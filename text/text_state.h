@@ -120,7 +120,6 @@ struct TextState {
   int base_alphabet = 0;          // basalf: 0 STAN .. 5 RUSS
   int frame = 0;                  // frmess: frame thickness around every string, 0 none
   bool page_check = true;         // warn about start and end points outside the page
-  bool raise_codes = false;       // codes 1 and 2 raise and return (axis labels only)
 
   // Contour labels (concrv): characters whose centre lies outside the circle are skipped.
   bool label_mode = false;

@@ -315,6 +315,20 @@ def seeds(table, keywords, root):
     calls += [("fixspc", 1.0), ("messag", "fixed", 100, 1900), ("number", -1.5e10, -1, 100, 2000),
               ("number", 0.5, 0, 600, 2000)]
     s["text_settings"] = calls + [("zorfin",)]
+    # The instruction alphabet: every command, good and bad, switches, national letters,
+    # boxes, and XEXP labels.
+    calls = [("metafl", "PS"), ("zorini",), ("complx",), ("mixalf",), ("setmix", "@", "GREE"),
+             ("eushft", "GERM", "!"), ("settab", [100, 400], 2), ("txtbgd", 150),
+             ("txtmar", 5), ("frmess", 1), ("mixval", 0.5, "RAIS")]
+    for i, text in enumerate(["E = mc[2$, H]2$O, {C3}red{C}, {S2} data",
+                              "{H1.5}{W0.5}{F11}x{F}{R0.5}{M-1}{T2}{N65}{D}{I}{U}{O}{{!a@b$",
+                              "{H1e308}{C-5}{Q}{T9}{Hx}{S99}!x[[[[]]]]{H2",
+                              "[" * 255 + "x"]):
+        calls += [("messag", text, 100, 150 + 150 * i), ("nlmess", text),
+                  ("getbox", text, 0, 0, 0)]
+    calls += [("labels", "XEXP", "XY"), ("graf", 0.0, 1e5, 0.0, 2e4, 0.0, 1e-3, 0.0, 2e-4),
+              ("endgrf",)]
+    s["text_instructions"] = calls + [("zorfin",)]
     calls = [("metafl", "PSCL"), ("zorini",)]
     for i, vlt in enumerate(["SMAL", "RAIN", "SPEC", "GREY", "RRAI", "RSPE", "RGRE", "VGA", "TEMP"]):
         calls += [("setvlt", vlt), ("setclr", 30 * i), ("point", 200 + 250 * i, 300, 200, 200, -1)]

@@ -22,7 +22,8 @@ struct Case {  // v is the index for MYLA
   int digits = -1, axis = kX, log = 0, form = kLogPlain, time = -1, date = kDateFull;
 };
 
-// The label with ^ and _ for the raise and return characters; user label 0 is "first".
+// The label with ^, _ and { for the raise, return and command characters; user label 0
+// is "first".
 std::string label(const Case& c, AxisState st = {}, std::size_t size = kLabelBuffer) {
   AxisSettings& s = st.axis[static_cast<std::size_t>(c.axis)];
   s.label_type = c.type;
@@ -37,7 +38,7 @@ std::string label(const Case& c, AxisState st = {}, std::size_t size = kLabelBuf
   EXPECT_TRUE(size ? n < int(size) && buf[size_t(n)] == '\0' : n == 0 && buf[0] == '#');
   buf.resize(static_cast<std::size_t>(n));
   for (char& ch : buf) {
-    ch = ch == kRaiseChar ? '^' : (ch == kReturnChar ? '_' : ch);
+    ch = ch == kRaiseChar ? '^' : (ch == kReturnChar ? '_' : (ch == kCommandChar ? '{' : ch));
   }
   return buf;
 }
