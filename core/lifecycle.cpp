@@ -22,6 +22,11 @@
 
 namespace zorvel {
 namespace {
+// Plot units of the longest page that CGM holds unscaled.
+constexpr int kCgmLongestPage = 32767;
+}  // namespace
+
+namespace {
 
 bool file_exists(const std::string& name) {
   std::FILE* f = std::fopen(name.c_str(), "r");
@@ -328,6 +333,11 @@ void zorini(GlobalBlock& g) {
   if (dev->file != FileKind::None && !open_plot_file(g, *dev)) {
     c.level = 0;
     return;
+  }
+  // CGM coordinates are 16-bit plot units: a longer page is scaled down to fit.
+  if (dev->family == DeviceFamily::Cgm &&
+      std::max(g.page.width, g.page.height) >= kCgmLongestPage) {
+    warn(g, 39);
   }
   if (!open_device(g, *dev, c.plot_handle.get())) {
     warn(g, 36);

@@ -12,6 +12,7 @@ std::unique_ptr<Driver> make_hpgl_driver();
 std::unique_ptr<Driver> make_java_driver();
 std::unique_ptr<Driver> make_svg_driver();
 std::unique_ptr<Driver> make_ipe_driver();
+std::unique_ptr<Driver> make_cgm_driver();
 std::unique_ptr<Driver> make_tiff_driver();
 std::unique_ptr<Driver> make_imag_driver();
 std::unique_ptr<Driver> make_virtual_driver();
@@ -75,8 +76,8 @@ constexpr DeviceInfo postscript(std::string_view key, int code, std::string_view
 constexpr std::array kDevices = {
     DeviceInfo{"GKSL", 201, "met", K::Text, F::Metafile, D::Metafile, T::PageMode, kCm,
                S::None, false, false, kTenthMm, 8, 0, 0, &make_gksl_driver},
-    DeviceInfo{"CGM ", 211, "cgm", K::Binary, F::Cgm, D::Metafile, T::PageMode, kCm,
-               S::None, false, false, kTenthMm, 24, kPaperVector, 0, nullptr},
+    DeviceInfo{"CGM ", 211, "cgm", K::Binary, F::Cgm, D::Metafile, T::PageMode, 1.0,
+               S::None, false, false, kTenthMm, 24, kPaperVector, 0, &make_cgm_driver},
     DeviceInfo{"WMF ", 221, "wmf", K::Binary, F::Wmf, D::Pixels, T::PageMode, kPixels,
                S::Window, false, false, kOnePixel, 24, kPaperVector, 0, nullptr},
     hpgl("HPGL", 401, D::Hpgl, T::PageMode, S::None),

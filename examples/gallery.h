@@ -4,6 +4,8 @@
  * instead:
  *   SVG      device "SVG", the file's extension .eps or .ps replaced by .svg;
  *   PDF      device "PDF", the extension replaced by .pdf;
+ *   IPE      device "IPE", the extension replaced by .ipe;
+ *   CGM      device "CGM", the extension replaced by .cgm;
  *   PNG      device "PNG", the extension replaced by .png: anti-aliased (unless
  *            ZORVEL_GALLERY_ANTIALIAS is OFF), dark on white paper (scrmod "REVERS"),
  *            at 100 dots per inch;
@@ -43,12 +45,18 @@ static void gallery_output(const char* device, const char* file) {
     } else if (gallery_same_word(format, "PDF")) {
       device = "PDF";
       ext = ".pdf";
+    } else if (gallery_same_word(format, "IPE")) {
+      device = "IPE";
+      ext = ".ipe";
+    } else if (gallery_same_word(format, "CGM")) {
+      device = "CGM";
+      ext = ".cgm";
     } else if (gallery_same_word(format, "PNG")) {
       device = "PNG";
       ext = ".png";
       png = 1;
     } else if (!gallery_same_word(format, "PS") && !gallery_same_word(format, "EPS")) {
-      fprintf(stderr, "ZORVEL_GALLERY_FORMAT=%s is none of SVG, PDF, PNG, PS, EPS: writing %s\n",
+      fprintf(stderr, "ZORVEL_GALLERY_FORMAT=%s is none of SVG, PDF, IPE, CGM, PNG, PS, EPS: writing %s\n",
               format, file);
     }
   }

@@ -17,6 +17,7 @@ packages=(
   hp2xx                 # reads the HPGL files in the tests
   python3-contourpy qhull-bin  # contour lines and triangulations checked against them
   gfortran                     # the Fortran module (fortran/)
+  ipe                          # reads the IPE drawings (consumers.ipe)
   python3-pytest python3-pip python3-setuptools  # the Python package: tests, offline pip install
   jupyter-nbconvert python3-ipykernel  # the example notebook, run headless
 )

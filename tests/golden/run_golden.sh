@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Runs one golden scene in a fresh folder under a fixed SOURCE_DATE_EPOCH and compares
-# the plot files it writes (NAME.ps, NAME.psc, NAME.eps, NAME.svg, NAME.pdf) byte for
-# byte with the references of the same names in REFDIR. On a mismatch the actual file
+# the plot files it writes (NAME.ps, .psc, .eps, .svg, .pdf, .ipe, .cgm) byte for byte
+# with the references of the same names in REFDIR. On a mismatch the actual file
 # stays in WORKDIR and the first differing line of both files is printed.
 #
 # Usage: run_golden.sh PROGRAM NAME REFDIR WORKDIR
@@ -27,7 +27,7 @@ if grep -q "<<<< Warning" stdout.txt; then
 fi
 
 written=()
-for ext in ps psc eps svg pdf; do
+for ext in ps psc eps svg pdf ipe cgm; do
   [ -f "$name.$ext" ] && written+=("$name.$ext")
 done
 if [ ${#written[@]} -eq 0 ]; then

@@ -1,0 +1,65 @@
+#!/usr/bin/env bash
+# Real consumer check of the vector formats beyond PostScript, PDF and SVG: the example
+# gallery is written in FORMAT and every file must be read by that format's own tools.
+#   IPE   ipetoipe converts it to PDF (which qpdf accepts) and iperender draws its first
+#         page (Debian ipe)
+#   CGM   the test-side decoder cgm_decode.py walks its elements and draws its first
+#         picture
+#
+# Usage: vector_formats.sh WORKDIR FORMAT EXAMPLES_BINDIR
+# Exits 77 (skipped) when the format's tools are not installed.
+set -u
+work=$1
+format=$2
+examples=$(cd "$3" && pwd)
+case $format in
+  IPE) tools=(ipetoipe iperender qpdf); ext=ipe ;;
+  CGM) tools=(/usr/bin/python3); ext=cgm ;;
+  *) echo "FAIL: unknown format $format"; exit 2 ;;
+esac
+for tool in "${tools[@]}"; do
+  command -v "$tool" > /dev/null || { echo "SKIP: $tool is not installed"; exit 77; }
+done
+rm -rf "$work" && mkdir -p "$work/files" || exit 2
+status=0
+for ex in "$examples"/ex_*; do
+  [ -x "$ex" ] || continue
+  if ! (cd "$work/files" && SOURCE_DATE_EPOCH=1700000000 ZORVEL_GALLERY_FORMAT=$format \
+        "$ex" > /dev/null 2>&1); then
+    echo "FAIL: example $(basename "$ex") failed"
+    status=1
+  fi
+done
+checked=0
+log=$work/log.txt
+for f in "$work"/files/*."$ext"; do
+  [ -e "$f" ] || continue
+  problem=""
+  case $format in
+    IPE)
+      if ! ipetoipe -pdf "$f" "$work/out.pdf" > "$log" 2>&1; then
+        problem="ipetoipe cannot convert it"
+      elif ! qpdf --check "$work/out.pdf" > "$log" 2>&1; then
+        problem="qpdf rejects ipetoipe's PDF"
+      elif ! iperender -png -page 1 -resolution 20 "$f" "$work/out.png" > "$log" 2>&1 ||
+           [ ! -s "$work/out.png" ]; then
+        problem="iperender cannot draw it"
+      fi
+      ;;
+    CGM)
+      if ! /usr/bin/python3 "$(dirname "$0")/cgm_decode.py" "$f" "$work/out.png" > "$log" 2>&1; then
+        problem="its elements do not decode"
+      fi
+      ;;
+  esac
+  if [ -n "$problem" ]; then
+    echo "FAIL: $(basename "$f"): $problem"
+    sed 's/^/  /' "$log" | head -10
+    status=1
+  else
+    checked=$((checked + 1))
+  fi
+done
+[ $checked -gt 0 ] || { echo "FAIL: no $format files written"; exit 1; }
+echo "$format: $checked file(s) read by their tools"
+exit $status
