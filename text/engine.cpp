@@ -49,13 +49,13 @@ void check_page(GlobalBlock& g, std::string_view what, long long x, long long y)
 
 // The frame of frmess around the box of a string: `thickness` rectangles one plot unit
 // apart, the innermost a quarter of the height away from the text. (sx, sy) is the
-// string's top-left corner, `length` its measured length.
-void draw_frame(GlobalBlock& g, double sx, double sy, double length) {
+// string's top-left corner, `length` its measured length, `depth` the distance from its
+// top to its bottom (the capitals' height for plain text; formulas reach further).
+void draw_frame(GlobalBlock& g, double sx, double sy, double length, double depth) {
   const TextState& t = g.text;
   const double sn = t.sin_a;
   const double cs = t.cos_a;
   const double margin = 0.25 * t.height;
-  const double depth = t.height - 1;
   for (int i = 0; i < t.frame; ++i) {
     const double d = margin + i;
     // Corners in (along the base line, down from the top) coordinates.
@@ -78,7 +78,7 @@ void draw_frame(GlobalBlock& g, double sx, double sy, double length) {
 // could not be drawn.
 void run_string(GlobalBlock& g, const TextLayout& layout, double x, double y) {
   TextState& t = g.text;
-  const double h1 = t.height - 1;
+  const double h1 = layout.ascent - 1;  // the top above the base line
   const double sx = x - t.sin_a * h1;  // top-left corner of the string
   const double sy = y - t.cos_a * h1;
   const int undrawn = render_layout(g, layout, x, y);
@@ -89,7 +89,7 @@ void run_string(GlobalBlock& g, const TextLayout& layout, double x, double y) {
   t.next_x = x;
   t.next_y = y;
   if (t.frame > 0) {
-    draw_frame(g, sx, sy, layout.length);
+    draw_frame(g, sx, sy, layout.length, h1 + layout.descent);
   }
 }
 
@@ -107,12 +107,14 @@ void draw_string(GlobalBlock& g, std::string_view s, double x, double y) {
   const PageClipScope page_clip(g);
   const TextLayout& layout = layout_codes(g, codes);
   const double dx = t.hjust == 0 ? 0.0 : t.hjust == 1 ? 0.5 * layout.length : layout.length;
-  const double dy = t.vjust == 1 ? 0.5 * t.height : t.vjust == 2 ? t.height : 0.0;
+  // Vertically by the box: the capitals' height for plain text.
+  const double box = layout.ascent + layout.descent;
+  const double dy = t.vjust == 1 ? 0.5 * box : t.vjust == 2 ? box : 0.0;
   const double sn = t.sin_a;
   const double cs = t.cos_a;
   const int sx = trunc_int(x - dx * cs - dy * sn + 0.5);
   const int sy = trunc_int(y + dx * sn - dy * cs + 0.5);
-  const double h1 = t.height - 1;
+  const double h1 = layout.ascent - 1;
   // In long long: an origin far out must not overflow the sum.
   check_page(g, "Startpoint", static_cast<long long>(sx) + g.page.origin_x,
              static_cast<long long>(sy) + g.page.origin_y);
@@ -239,6 +241,7 @@ void text_defaults(GlobalBlock& g) {
   t.next_y = 0.0;
   t.work = TextWork{};
   load_font(t.font, kFontZoralf);
+  t.tex.reset();
 }
 
 }  // namespace zorvel

@@ -7,6 +7,7 @@
 
 #include "core/global_block.h"
 #include "text/font.h"
+#include "text/formula.h"
 #include "text/layout.h"
 #include "text/mapping.h"
 #include "text/text.h"
@@ -226,6 +227,9 @@ const TextLayout& layout_codes(GlobalBlock& g, const CodeString& codes) {
   out.length = 0;
   out.missing = -1;
   begin_string(t);
+  if (t.tex.on && layout_formula(g, codes, out)) {
+    return out;
+  }
   double pen = 0.0;
   for (int i = 0; i < codes.n; ++i) {
     const int code = codes.code[static_cast<std::size_t>(i)];

@@ -35,6 +35,9 @@ enum class GlyphKind : std::uint8_t {
   Driver,   // a character of the device's own font
   Rule,     // a filled bar (fraction bars, radicals, under- and overlines): the cell
             //   from pen + inset over `width`, from `raise` up to `raise + thick`
+  Shape,    // a drawn sign of formulas that stretches (radicals, delimiters, accents):
+            //   `glyph` names it (TexShape), in the same cell as a rule; drawn as lines,
+            //   or filled `weight` thick when weight > 0
 };
 
 struct LaidGlyph {
@@ -62,6 +65,7 @@ struct LaidGlyph {
   double size = 1.0;           // their size factor; units and widths already include it
   double thick = 0.0;          // thickness of a rule, plot units
   int colour = -1;             // colour value the glyph is drawn in; -1: the current one
+  double weight = 0.0;         // Shape: stroke thickness, plot units; 0 drawn as lines
 };
 
 struct TextLayout {
