@@ -5,7 +5,8 @@
 # labels, W4 100,000 markers, W5 a trivial plot), the chart workload W6 of bench/charts
 # (a labelled 1,000-bar histogram of 1e6 values and a page of hatched bars; its peers'
 # programs are those of bench/charts) and the contour workload W7 of bench/contours
-# (filled contours, a heat map, a surface, a Delaunay triangulation of 1e6 points). Each case runs as a whole process; the
+# (filled contours, a heat map, a surface, a Delaunay triangulation of 1e6 points) and the
+# formula workload W8 of bench/formulas (10,000 formula labels). Each case runs as a whole process; the
 # cases of one workload and format take turns, RUNS times after a warm-up run. The table
 # gives per case the medians of wall time (ms clock), processor time (user + system) and
 # peak memory, the bytes written, and the wall time as a ratio to the fastest peer and to
@@ -146,6 +147,14 @@ for plan in "w7c:ps pdf png" "w7h:ps pdf png" "w7s:ps pdf png" "w7t:ps"; do
     [ $have_gp -eq 1 ] && [ $w != w7c ] && add "$g" gnuplot "gnuplot -c $contours/contours.gp $w $f OUT" "OUT.$f"
     [ $have_mpl -eq 1 ] && add "$g" matplotlib "/usr/bin/python3 $contours/zb_contours_mpl.py $w $f OUT" "OUT.$f"
   done
+done
+# W8: 10,000 formula labels (bench/formulas), the library's formula mode beside mathtext.
+formulas=$root/bench/formulas
+for f in ps pdf; do
+  fb=$build/bench/bench_formulas
+  [[ w8.$f =~ $only ]] && { [ -x "$fb" ] || cmake --build "$build" --target bench_formulas > /dev/null; }
+  add "w8.$f" zorvel "$fb w8 $f OUT" "OUT.$f"
+  [ $have_mpl -eq 1 ] && add "w8.$f" matplotlib "/usr/bin/python3 $formulas/zb_formulas_mpl.py w8 $f OUT" "OUT.$f"
 done
 [ ${#cases[@]} -gt 0 ] || { echo "no case matches '$only'"; exit 2; }
 

@@ -306,6 +306,7 @@ void text_defaults(GlobalBlock& g) {
   t.work = TextWork{};
   mix_defaults(t.mix);
   load_font(t.font, kFontZoralf);
+  t.tex.reset();
 }
 
 }  // namespace zorvel

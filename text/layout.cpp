@@ -7,6 +7,7 @@
 
 #include "core/global_block.h"
 #include "text/font.h"
+#include "text/formula.h"
 #include "text/layout.h"
 #include "text/mapping.h"
 #include "text/mix.h"
@@ -224,7 +225,13 @@ const TextLayout& layout_codes(GlobalBlock& g, const CodeString& codes) {
   out.length = 0;
   out.missing = -1;
   begin_string(t);
-  if (has_instructions(t, codes)) {
+  // Formulas first (not in the library's own labels); instruction characters are not
+  // read in formula mode.
+  const bool formulas = t.tex.on && !t.mix.label;
+  if (formulas && layout_formula(g, codes, out)) {
+    return out;
+  }
+  if (!formulas && has_instructions(t, codes)) {
     layout_instructions(g, codes, out);
     t.font.selected = -1;
     return out;

@@ -38,6 +38,9 @@ enum class GlyphKind : std::uint8_t {
             //   from pen + inset over `width`, from `raise` up to `raise + thick`
   Symbol,   // plot symbol `font_code` (axes/symbols.h), `width` high, centred on the
             //   cell from `raise` up
+  Shape,    // a drawn sign of formulas that stretches (radicals, delimiters, accents):
+            //   `glyph` names it (TexShape), in the same cell as a rule; drawn as lines,
+            //   or filled `weight` thick when weight > 0
 };
 
 struct LaidGlyph {
@@ -67,6 +70,7 @@ struct LaidGlyph {
   int colour = -1;             // colour value the glyph is drawn in; -1: the current one
   const AlphabetSlot* slot = nullptr;  // tables of a glyph of another font than the
                                        //   loaded one ({F} commands); null: the loaded font's
+  double weight = 0.0;         // Shape: stroke thickness, plot units; 0 drawn as lines
 };
 
 struct TextLayout {

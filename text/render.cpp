@@ -23,6 +23,7 @@
 #include "draw/colour.h"
 #include "draw/pipeline.h"
 #include "text/font.h"
+#include "text/formula.h"
 #include "text/layout.h"
 
 namespace zorvel {
@@ -247,12 +248,16 @@ int render_layout(GlobalBlock& g, const TextLayout& layout, double& x, double& y
         }
         set_colour(g, want);
       }
-      if (e.kind == GlyphKind::Rule) {
+      if (e.kind == GlyphKind::Rule || e.kind == GlyphKind::Shape) {
         if (head != nullptr) {
           send_run(g, *head);
           head = nullptr;
         }
-        fill_rule(g, e, x, y);
+        if (e.kind == GlyphKind::Rule) {
+          fill_rule(g, e, x, y);
+        } else {
+          draw_tex_shape(g, e, x, y);
+        }
       } else if (e.kind == GlyphKind::Symbol) {
         if (head != nullptr) {
           send_run(g, *head);

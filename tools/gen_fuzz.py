@@ -41,6 +41,18 @@ FILE_NAME_ARGS = {"cfil"}
 NOT_LIBRARY = {"tests", "tools", "examples", "bench", "cmake", "include", "fuzz", "jni",
                "doc", "docs", "gallery"}
 
+# Strings of the formula mode (texmod), well and badly formed, added to the keywords that
+# string arguments draw from, so that texts and macros get formulas to take apart.
+FORMULA_STRINGS = [
+    "$x^2$", "$$\\sum_{i=1}^{n} \\frac{(x_i-\\bar x)^2}{\\sigma^2}$$",
+    "$\\frac{\\alpha_i^2}{\\sqrt{2\\pi}}$", "$\\sqrt[3]{\\left(\\frac{a}{b}\\right)}$",
+    "$\\begin{pmatrix}a&b\\\\c&d\\end{pmatrix}$",
+    "$\\begin{cases}x&\\text{if }x>0\\\\0\\end{cases}$", "$\\int_0^\\infty\\hat{f}\\,dx$",
+    "\\$5 $a$", "$", "$$", "$$$$", "${{{{{{{{{{{{{{{{{{{{{{{{{{{{{{{{{{x$", "$}$", "$\\frac$",
+    "$\\left(x$", "$\\right)$", "$a^b^c$", "$\\foo$", "$\\begin{x}\\end{y}$", "$&\\\\$",
+    "\\m", "\\m\\m", "{\\m}", "#1#2", "$\\m$", "$\\m{a}{b}$",
+]
+
 KEY_LIST = re.compile(r'"([A-Z0-9 ]{1,4}(?:\+[A-Z0-9 ]{1,4})+)"')
 KEY_WORD = re.compile(r'"([A-Z][A-Z0-9 ]{1,3})"')
 DEVICE_ROW = re.compile(r'(?:DeviceInfo\{|\b\w+\()\s*"([^"]{1,4})"\s*,\s*\d+')
@@ -94,7 +106,8 @@ def callable_routines(table):
 
 
 def c_string(s):
-    return '"' + "".join(c if c.isalnum() or c in " +-_." else f"\\x{ord(c):02x}" for c in s) + '"'
+    # Octal escapes end after three digits, so that a digit or letter after them is safe.
+    return '"' + "".join(c if c.isalnum() or c in " +-_." else f"\\{ord(c):03o}" for c in s) + '"'
 
 
 def elements(a):
@@ -184,7 +197,7 @@ def gen_calls(table, keywords):
            '#include "fuzz/runtime.h"\n#include "zorvel.h"\n\n',
            "namespace zfuzz {\n\n",
            "const char* const kKeywords[] = {\n"]
-    out += [f"    {c_string(k)},\n" for k in keywords]
+    out += [f"    {c_string(k)},\n" for k in keywords + FORMULA_STRINGS]
     out.append("};\nconst std::size_t kKeywordCount = std::size(kKeywords);\n\n")
     out.append("namespace {\n\n// Callbacks that do nothing harmful.\n")
     for cb in table.callbacks.values():
@@ -409,6 +422,11 @@ def seeds(table, keywords, root):
                             ("messag", "big", 2**31 - 1, 0), ("number", nan, 3, 10, 10),
                             ("number", 1e308, 10, 10, 300), ("chawth", 1e-300),
                             ("messag", "thin", 100, 100), ("zorfin",)]
+    s["formulas"] = ([("metafl", "PS"), ("zorini",), ("texmod", "ON"), ("texmac", "m", "{\\m#1}"),
+                     ("texmac", "v", "\\vec{#1}")] +
+                    [("messag", f, 100, 100 + 60 * i) for i, f in enumerate(FORMULA_STRINGS)] +
+                    [("helve",), ("angle", 37), ("frmess", 2), ("messag", FORMULA_STRINGS[1], 500, 500),
+                     ("hwfont",), ("nlmess", FORMULA_STRINGS[4]), ("zorfin",)])
     s["hostile_strings"] = [("metafl", "EPS"), ("setfil", "x" * 300), ("zorini",),
                             ("messag", b"\xff\xfe\xc0\xaf(\\)" + b"A" * 400, 100, 100),
                             ("chacod", "UTF8"), ("messag", b"\xe2\x82", 100, 300),
