@@ -148,13 +148,17 @@ for plan in "w7c:ps pdf png" "w7h:ps pdf png" "w7s:ps pdf png" "w7t:ps"; do
     [ $have_mpl -eq 1 ] && add "$g" matplotlib "/usr/bin/python3 $contours/zb_contours_mpl.py $w $f OUT" "OUT.$f"
   done
 done
-# W8: 10,000 formula labels (bench/formulas), the library's formula mode beside mathtext.
+# W8: 10,000 formula labels (bench/formulas), the library's formula mode beside mathtext;
+# W8x: 20,000 exponent labels of the instruction alphabet beside mathtext's $x^2$.
 formulas=$root/bench/formulas
 for f in ps pdf; do
   fb=$build/bench/bench_formulas
   [[ w8.$f =~ $only ]] && { [ -x "$fb" ] || cmake --build "$build" --target bench_formulas > /dev/null; }
-  add "w8.$f" zorvel "$fb w8 $f OUT" "OUT.$f"
-  [ $have_mpl -eq 1 ] && add "w8.$f" matplotlib "/usr/bin/python3 $formulas/zb_formulas_mpl.py w8 $f OUT" "OUT.$f"
+  for w in w8 w8x; do
+    [[ $w.$f =~ $only ]] && { [ -x "$fb" ] || cmake --build "$build" --target bench_formulas > /dev/null; }
+    add "$w.$f" zorvel "$fb $w $f OUT" "OUT.$f"
+    [ $have_mpl -eq 1 ] && add "$w.$f" matplotlib "/usr/bin/python3 $formulas/zb_formulas_mpl.py $w $f OUT" "OUT.$f"
+  done
 done
 [ ${#cases[@]} -gt 0 ] || { echo "no case matches '$only'"; exit 2; }
 
