@@ -153,7 +153,6 @@ done
 formulas=$root/bench/formulas
 for f in ps pdf; do
   fb=$build/bench/bench_formulas
-  [[ w8.$f =~ $only ]] && { [ -x "$fb" ] || cmake --build "$build" --target bench_formulas > /dev/null; }
   for w in w8 w8x; do
     [[ $w.$f =~ $only ]] && { [ -x "$fb" ] || cmake --build "$build" --target bench_formulas > /dev/null; }
     add "$w.$f" zorvel "$fb $w $f OUT" "OUT.$f"
