@@ -13,6 +13,7 @@ std::unique_ptr<Driver> make_java_driver();
 std::unique_ptr<Driver> make_svg_driver();
 std::unique_ptr<Driver> make_ipe_driver();
 std::unique_ptr<Driver> make_cgm_driver();
+std::unique_ptr<Driver> make_wmf_driver();
 std::unique_ptr<Driver> make_tiff_driver();
 std::unique_ptr<Driver> make_imag_driver();
 std::unique_ptr<Driver> make_virtual_driver();
@@ -78,8 +79,8 @@ constexpr std::array kDevices = {
                S::None, false, false, kTenthMm, 8, 0, 0, &make_gksl_driver},
     DeviceInfo{"CGM ", 211, "cgm", K::Binary, F::Cgm, D::Metafile, T::PageMode, 1.0,
                S::None, false, false, kTenthMm, 24, kPaperVector, 0, &make_cgm_driver},
-    DeviceInfo{"WMF ", 221, "wmf", K::Binary, F::Wmf, D::Pixels, T::PageMode, kPixels,
-               S::Window, false, false, kOnePixel, 24, kPaperVector, 0, nullptr},
+    DeviceInfo{"WMF ", 221, "wmf", K::Binary, F::Wmf, D::Pixels, T::PageMode, 1.0,
+               S::None, false, false, kTenthMm, 24, kPaperVector, 0, &make_wmf_driver},
     hpgl("HPGL", 401, D::Hpgl, T::PageMode, S::None),
     hpgl("HPA4", 402, D::HpglSheet, T::Portrait, S::A4),
     hpgl("HPA3", 403, D::HpglSheet, T::Portrait, S::A3),

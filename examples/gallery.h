@@ -6,6 +6,7 @@
  *   PDF      device "PDF", the extension replaced by .pdf;
  *   IPE      device "IPE", the extension replaced by .ipe;
  *   CGM      device "CGM", the extension replaced by .cgm;
+ *   WMF      device "WMF", the extension replaced by .wmf;
  *   PNG      device "PNG", the extension replaced by .png: anti-aliased (unless
  *            ZORVEL_GALLERY_ANTIALIAS is OFF), dark on white paper (scrmod "REVERS"),
  *            at 100 dots per inch;
@@ -51,12 +52,15 @@ static void gallery_output(const char* device, const char* file) {
     } else if (gallery_same_word(format, "CGM")) {
       device = "CGM";
       ext = ".cgm";
+    } else if (gallery_same_word(format, "WMF")) {
+      device = "WMF";
+      ext = ".wmf";
     } else if (gallery_same_word(format, "PNG")) {
       device = "PNG";
       ext = ".png";
       png = 1;
     } else if (!gallery_same_word(format, "PS") && !gallery_same_word(format, "EPS")) {
-      fprintf(stderr, "ZORVEL_GALLERY_FORMAT=%s is none of SVG, PDF, IPE, CGM, PNG, PS, EPS: writing %s\n",
+      fprintf(stderr, "ZORVEL_GALLERY_FORMAT=%s is none of SVG, PDF, IPE, CGM, WMF, PNG, PS, EPS: writing %s\n",
               format, file);
     }
   }

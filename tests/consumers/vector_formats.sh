@@ -5,6 +5,7 @@
 #         page (Debian ipe)
 #   CGM   the test-side decoder cgm_decode.py walks its elements and draws its first
 #         picture
+#   WMF   wmf2svg and wmf2gd convert it (Debian libwmf-bin)
 #
 # Usage: vector_formats.sh WORKDIR FORMAT EXAMPLES_BINDIR
 # Exits 77 (skipped) when the format's tools are not installed.
@@ -15,6 +16,7 @@ examples=$(cd "$3" && pwd)
 case $format in
   IPE) tools=(ipetoipe iperender qpdf); ext=ipe ;;
   CGM) tools=(/usr/bin/python3); ext=cgm ;;
+  WMF) tools=(wmf2svg wmf2gd); ext=wmf ;;
   *) echo "FAIL: unknown format $format"; exit 2 ;;
 esac
 for tool in "${tools[@]}"; do
@@ -44,6 +46,13 @@ for f in "$work"/files/*."$ext"; do
       elif ! iperender -png -page 1 -resolution 20 "$f" "$work/out.png" > "$log" 2>&1 ||
            [ ! -s "$work/out.png" ]; then
         problem="iperender cannot draw it"
+      fi
+      ;;
+    WMF)
+      if ! wmf2svg -o "$work/out.svg" "$f" > "$log" 2>&1 || [ ! -s "$work/out.svg" ]; then
+        problem="wmf2svg cannot convert it"
+      elif ! wmf2gd -o "$work/out.png" "$f" > "$log" 2>&1 || [ ! -s "$work/out.png" ]; then
+        problem="wmf2gd cannot draw it"
       fi
       ;;
     CGM)

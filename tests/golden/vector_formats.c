@@ -1,5 +1,6 @@
 /* Catches changes in the vector formats beyond PostScript, PDF and SVG: the same two
- * pages as an IPE drawing and as a CGM metafile. Header and page layout; lines of several
+ * pages as an IPE drawing, a CGM metafile and a Windows metafile (two files, one per
+ * page). Header and page layout; lines of several
  * colours, widths and caps; a polyline longer than the 100-point buffer; filled areas, and
  * glyphs with holes (even-odd rule); text as strokes; a second page. */
 #include <math.h>
@@ -46,5 +47,6 @@ static void scene(const char* device, const char* file) {
 int main(void) {
   scene("IPE", "vector_formats.ipe");
   scene("CGM", "vector_formats.cgm");
+  scene("WMF", "vector_formats.wmf");
   return 0;
 }
