@@ -14,6 +14,7 @@ std::unique_ptr<Driver> make_svg_driver();
 std::unique_ptr<Driver> make_ipe_driver();
 std::unique_ptr<Driver> make_cgm_driver();
 std::unique_ptr<Driver> make_wmf_driver();
+std::unique_ptr<Driver> make_emf_driver();
 std::unique_ptr<Driver> make_tiff_driver();
 std::unique_ptr<Driver> make_imag_driver();
 std::unique_ptr<Driver> make_virtual_driver();
@@ -81,6 +82,8 @@ constexpr std::array kDevices = {
                S::None, false, false, kTenthMm, 24, kPaperVector, 0, &make_cgm_driver},
     DeviceInfo{"WMF ", 221, "wmf", K::Binary, F::Wmf, D::Pixels, T::PageMode, 1.0,
                S::None, false, false, kTenthMm, 24, kPaperVector, 0, &make_wmf_driver},
+    DeviceInfo{"EMF ", 222, "emf", K::Binary, F::Emf, D::Pixels, T::PageMode, 1.0,
+               S::None, false, false, kTenthMm, 24, kPaperVector, 0, &make_emf_driver},
     hpgl("HPGL", 401, D::Hpgl, T::PageMode, S::None),
     hpgl("HPA4", 402, D::HpglSheet, T::Portrait, S::A4),
     hpgl("HPA3", 403, D::HpglSheet, T::Portrait, S::A3),

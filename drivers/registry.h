@@ -20,6 +20,7 @@ enum class DeviceFamily {
   Metafile,  // the library's own text metafile "GKSL"
   Cgm,
   Wmf,
+  Emf,
   Hpgl,
   PostScript,  // PS and EPS
   Pdf,

@@ -7,6 +7,7 @@
  *   IPE      device "IPE", the extension replaced by .ipe;
  *   CGM      device "CGM", the extension replaced by .cgm;
  *   WMF      device "WMF", the extension replaced by .wmf;
+ *   EMF      device "EMF", the extension replaced by .emf;
  *   PNG      device "PNG", the extension replaced by .png: anti-aliased (unless
  *            ZORVEL_GALLERY_ANTIALIAS is OFF), dark on white paper (scrmod "REVERS"),
  *            at 100 dots per inch;
@@ -55,12 +56,15 @@ static void gallery_output(const char* device, const char* file) {
     } else if (gallery_same_word(format, "WMF")) {
       device = "WMF";
       ext = ".wmf";
+    } else if (gallery_same_word(format, "EMF")) {
+      device = "EMF";
+      ext = ".emf";
     } else if (gallery_same_word(format, "PNG")) {
       device = "PNG";
       ext = ".png";
       png = 1;
     } else if (!gallery_same_word(format, "PS") && !gallery_same_word(format, "EPS")) {
-      fprintf(stderr, "ZORVEL_GALLERY_FORMAT=%s is none of SVG, PDF, IPE, CGM, WMF, PNG, PS, EPS: writing %s\n",
+      fprintf(stderr, "ZORVEL_GALLERY_FORMAT=%s is none of SVG, PDF, IPE, CGM, WMF, EMF, PNG, PS, EPS: writing %s\n",
               format, file);
     }
   }

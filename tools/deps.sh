@@ -18,7 +18,7 @@ packages=(
   python3-contourpy qhull-bin  # contour lines and triangulations checked against them
   gfortran                     # the Fortran module (fortran/)
   ipe                          # reads the IPE drawings (consumers.ipe)
-  libwmf-bin                   # reads the Windows metafiles (consumers.wmf)
+  libwmf-bin emf2svg           # read the Windows metafiles (consumers.wmf, consumers.emf)
   python3-pytest python3-pip python3-setuptools  # the Python package: tests, offline pip install
   jupyter-nbconvert python3-ipykernel  # the example notebook, run headless
 )

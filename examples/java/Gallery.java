@@ -1,6 +1,6 @@
 // The output of a gallery example, as examples/gallery.h chooses it for the C examples:
 // the example's own PostScript device and file, or with ZORVEL_GALLERY_FORMAT=SVG, PDF,
-// IPE, CGM, WMF or PNG that format, the file's extension .eps or .ps replaced. PNG pages are anti-aliased
+// IPE, CGM, WMF, EMF or PNG that format, the file's extension .eps or .ps replaced. PNG pages are anti-aliased
 // (unless ZORVEL_GALLERY_ANTIALIAS is OFF), dark on white paper, at 100 dots per inch. Not an example itself: the gallery's runner
 // leaves it out.
 import static zorvel.Zorvel.*;
@@ -28,13 +28,16 @@ final class Gallery {
       } else if (format.equalsIgnoreCase("WMF")) {
         device = "WMF";
         ext = ".wmf";
+      } else if (format.equalsIgnoreCase("EMF")) {
+        device = "EMF";
+        ext = ".emf";
       } else if (format.equalsIgnoreCase("PNG")) {
         device = "PNG";
         ext = ".png";
         png = true;
       } else if (!format.equalsIgnoreCase("PS") && !format.equalsIgnoreCase("EPS")) {
         System.err.println("ZORVEL_GALLERY_FORMAT=" + format
-            + " is none of SVG, PDF, IPE, CGM, WMF, PNG, PS, EPS: writing " + file);
+            + " is none of SVG, PDF, IPE, CGM, WMF, EMF, PNG, PS, EPS: writing " + file);
       }
     }
     if (ext != null) {

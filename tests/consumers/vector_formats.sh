@@ -6,6 +6,7 @@
 #   CGM   the test-side decoder cgm_decode.py walks its elements and draws its first
 #         picture
 #   WMF   wmf2svg and wmf2gd convert it (Debian libwmf-bin)
+#   EMF   emf2svg-conv converts it (Debian emf2svg) and librsvg draws the result
 #
 # Usage: vector_formats.sh WORKDIR FORMAT EXAMPLES_BINDIR
 # Exits 77 (skipped) when the format's tools are not installed.
@@ -17,6 +18,7 @@ case $format in
   IPE) tools=(ipetoipe iperender qpdf); ext=ipe ;;
   CGM) tools=(/usr/bin/python3); ext=cgm ;;
   WMF) tools=(wmf2svg wmf2gd); ext=wmf ;;
+  EMF) tools=(emf2svg-conv rsvg-convert); ext=emf ;;
   *) echo "FAIL: unknown format $format"; exit 2 ;;
 esac
 for tool in "${tools[@]}"; do
@@ -53,6 +55,13 @@ for f in "$work"/files/*."$ext"; do
         problem="wmf2svg cannot convert it"
       elif ! wmf2gd -o "$work/out.png" "$f" > "$log" 2>&1 || [ ! -s "$work/out.png" ]; then
         problem="wmf2gd cannot draw it"
+      fi
+      ;;
+    EMF)
+      if ! emf2svg-conv -i "$f" -o "$work/out.svg" > "$log" 2>&1 || [ ! -s "$work/out.svg" ]; then
+        problem="emf2svg-conv cannot convert it"
+      elif ! rsvg-convert -z 0.1 -o "$work/out.png" "$work/out.svg" > "$log" 2>&1; then
+        problem="librsvg cannot draw emf2svg-conv's SVG"
       fi
       ;;
     CGM)

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Runs one golden scene in a fresh folder under a fixed SOURCE_DATE_EPOCH and compares
-# the plot files it writes (NAME.ps, .psc, .eps, .svg, .pdf, .ipe, .cgm, .wmf) byte for byte
+# the plot files it writes (NAME.ps, .psc, .eps, .svg, .pdf, .ipe, .cgm, .wmf, .emf)
+# byte for byte
 # with the references of the same names in REFDIR. On a mismatch the actual file
 # stays in WORKDIR and the first differing line of both files is printed.
 #
@@ -27,7 +28,7 @@ if grep -q "<<<< Warning" stdout.txt; then
 fi
 
 written=()
-for ext in ps psc eps svg pdf ipe cgm wmf; do
+for ext in ps psc eps svg pdf ipe cgm wmf emf; do
   [ -f "$name.$ext" ] && written+=("$name.$ext")
 done
 if [ ${#written[@]} -eq 0 ]; then
