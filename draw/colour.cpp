@@ -104,7 +104,15 @@ constexpr int kBlackValue = explicit_rgb(0, 0, 0);
 
 // Colour rules of the open device (none before a device is open).
 unsigned rules(const GlobalBlock& g) {
-  return g.pipe.device != nullptr ? g.pipe.device->colours : 0U;
+  const DeviceInfo* dev = g.pipe.device;
+  if (dev == nullptr) {
+    return 0U;
+  }
+  // HP-GL/2 pens take the page's own colours: the rules of the other vector metafiles.
+  if (dev->family == DeviceFamily::Hpgl && g.pipe.hpgl2) {
+    return kColourPaper | kColourRampBlack | kColourDarkOnLight;
+  }
+  return dev->colours;
 }
 
 int table_size(ColourTable t) {
@@ -332,7 +340,9 @@ void load_colour_table(GlobalBlock& g, ColourTable t) {
 
 void init_colours(GlobalBlock& g) {
   const DeviceInfo* dev = g.pipe.device;
-  g.colour.depth = dev != nullptr ? dev->colour_depth : 24;
+  g.colour.depth = dev != nullptr && !(dev->family == DeviceFamily::Hpgl && g.pipe.hpgl2)
+                       ? dev->colour_depth
+                       : 24;
   // A pen plotter's colours are its pens, numbered from 1: the small table's indices
   // name them; every other device starts with the rainbow.
   const bool plotter = (rules(g) & kColourPens) != 0U;

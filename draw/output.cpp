@@ -184,6 +184,7 @@ bool open_driver(GlobalBlock& g, const DeviceInfo& dev, std::unique_ptr<Driver> 
   setup.stamp = current_date_time();
   setup.single_page = p.ps_single_page;
   setup.compress = p.pdf_compress;
+  setup.hpgl2 = p.hpgl2;
   setup.page_mode = p.page_mode;
   const double across = p.rotated ? g.page.height : g.page.width;
   const double along = p.rotated ? g.page.width : g.page.height;
@@ -337,6 +338,19 @@ void hwmode(GlobalBlock& g, const char* cmode, const char* ckey) {
 void psmode(GlobalBlock& g, const char* cmode) {
   if (const int i = match_keyword(g, "MULT+SING", cmode); i != 0) {
     g.pipe.ps_single_page = i == 2;
+  }
+}
+
+// The setting holds for the HPGL devices; another device chosen already is warned about.
+void hpmode(GlobalBlock& g, const char* cmode) {
+  const int i = match_keyword(g, "HPGL+HPG2", cmode);
+  if (i == 0) {
+    return;
+  }
+  g.pipe.hpgl2 = i == 2;
+  const DeviceInfo* dev = find_device(g.core.device_key.view());
+  if (g.core.metafl_called && dev != nullptr && dev->family != DeviceFamily::Hpgl) {
+    warn(g, 41);
   }
 }
 

@@ -206,6 +206,7 @@ struct PipelineState {
   // Per-format settings, handed to the driver in DriverSetup when a plot starts
   bool ps_single_page = false;     // psmode "SING": PostScript without pages
   bool pdf_compress = true;        // pdfmod "COMP": PDF content streams deflated
+  bool hpgl2 = false;              // hpmode "HPG2": HPGL files in HP-GL/2
 
   // Scratch space, reused (grown to the largest size seen, never per point)
   std::array<double, kPolylineCapacity> wide_x{};

@@ -81,6 +81,7 @@ struct DriverSetup {
   DateTime stamp{};            // date and time for the file header
   bool single_page = false;    // PostScript: psmode "SING", no multi-page structure
   bool compress = true;        // PDF: pdfmod "COMP", content streams deflated
+  bool hpgl2 = false;          // HPGL: hpmode "HPG2", the HP-GL/2 dialect
   int page_mode = 0;           // pagmod: 0 COMI/LAND, 1 MOVI/PORT (turned), 2 NONE
   double device_width = 0.0;   // the page in device units as the device holds it (turned
   double device_height = 0.0;  //   when the dispatch turns it): applet size, clearRect

@@ -10,7 +10,16 @@
 //   PU<x>,<y>;     pen up, move to (x, y)
 //   PD<x>,<y>;     pen down, draw to (x, y)
 //   PU0,0;         park the pen (closing)
+//
+// In HP-GL/2 (hpmode "HPG2") the file starts "BP;IN;PS<length>,<width>;NP256;" and draws
+// with pens of the page's own colours: each new colour is defined once as a pen by
+// "PC<n>,<r>,<g>,<b>;" (pens 1 to 255, then reused from 1), widths are "PW<mm>;" for all
+// pens, caps and joins "LA1,<cap>,2,<join>;", filled areas polygons "PM0;" ... "PM1;"
+// between rings ... "PM2;FP<rule>;", and every page after the first starts with "PG;".
 
+#include <algorithm>
+#include <array>
+#include <cmath>
 #include <memory>
 
 #include "core/format.h"
@@ -22,10 +31,97 @@ namespace {
 
 class HpglDriver final : public Driver {
  public:
-  bool open(Sink* out, const DriverSetup& /*setup*/) override {
+  bool open(Sink* out, const DriverSetup& setup) override {
     out_ = std::make_unique<TextWriter>(out, 80);
+    hpgl2_ = setup.hpgl2;
+    if (!hpgl2_) {
+      out_->word("IN;");
+      return !out_->failed();
+    }
+    out_->word("BP;");
     out_->word("IN;");
+    // The page: length along x, width along y, plotter units.
+    const double scale = setup.scale > 0.0 && std::isfinite(setup.scale) ? setup.scale : 1.0;
+    const double w = setup.device_width > 0.0 ? setup.device_width : setup.page_width * scale;
+    const double h = setup.device_height > 0.0 ? setup.device_height : setup.page_height * scale;
+    instruction("PS", {device_int(w), device_int(h)});
+    instruction("NP", {kRgbPens});
+    line_cap(setup.line_cap);
     return !out_->failed();
+  }
+
+  unsigned caps() const override { return hpgl2_ ? kCapFill | kCapWidths : 0U; }
+
+  void pen_width(const LineWidth& w) override {
+    if (!hpgl2_) {
+      return;
+    }
+    // Millimetres: plot units are tenths of one.
+    const double mm = (w.hardware ? std::max(w.n, 1) : 1) * w.width_scale * 0.1;
+    char buf[kNumberBuffer + 4];
+    char* p = buf;
+    *p++ = 'P';
+    *p++ = 'W';
+    p = format_fixed(p, std::clamp(mm, 0.01, 1000.0), 2);
+    *p++ = ';';
+    out_->word({buf, static_cast<std::size_t>(p - buf)});
+  }
+
+  void line_cap(int cap) override {
+    if (!hpgl2_) {
+      return;
+    }
+    // Butt, round or square ends (LA kind 1: 1 butt, 2 square, 4 round); joins mitred.
+    static constexpr long long kCaps[3] = {1, 4, 2};
+    cap_ = kCaps[std::clamp(cap, 0, 2)];
+    instruction("LA", {1, cap_, 2, join_});
+  }
+
+  void line_join(int join, double /*miter_limit*/) override {
+    if (!hpgl2_) {
+      return;
+    }
+    // Mitred, round or bevelled (LA kind 2: 1 mitre, 4 round, 5 bevel).
+    static constexpr long long kJoins[3] = {1, 4, 5};
+    join_ = kJoins[std::clamp(join, 0, 2)];
+    instruction("LA", {1, cap_, 2, join_});
+  }
+
+  void fill(const Path& path, Rgb rgb) override {
+    const std::size_t n = std::min(path.xs.size(), path.ys.size());
+    if (n < 3 || path.ends.empty()) {
+      return;
+    }
+    const int line_pen = pen_;
+    select_rgb(rgb);
+    std::size_t start = 0;
+    bool first = true;
+    for (const int e : path.ends) {
+      const std::size_t stop = std::min(n, static_cast<std::size_t>(std::max(e, 0)));
+      if (stop <= start) {
+        continue;
+      }
+      instruction("PU", {device_int(path.xs[start]), device_int(path.ys[start])});
+      out_->word(first ? "PM0;" : "PM1;");
+      first = false;
+      for (std::size_t i = start + 1; i < stop; ++i) {
+        instruction("PD", {device_int(path.xs[i]), device_int(path.ys[i])});
+      }
+      instruction("PD", {device_int(path.xs[start]), device_int(path.ys[start])});
+      start = stop;
+    }
+    out_->word("PM2;");
+    out_->word(path.rule == FillRule::EvenOdd ? "FP0;" : "FP1;");
+    out_->word("PU;");
+    if (line_pen != pen_ && line_pen > 0) {
+      select_pen(line_pen);
+    }
+  }
+
+  void new_page() override {
+    if (hpgl2_) {
+      out_->word("PG;");
+    }
   }
 
   void point(double x, double y, Pen pen) override {
@@ -53,7 +149,11 @@ class HpglDriver final : public Driver {
     out_->word({buf, static_cast<std::size_t>(p - buf)});
   }
 
-  void colour(Rgb /*rgb*/, int value) override {
+  void colour(Rgb rgb, int value) override {
+    if (hpgl2_) {
+      select_rgb(rgb);
+      return;
+    }
     constexpr int kPens = 8;
     int pen = value & 0xff;
     if (pen > kPens) {
@@ -78,6 +178,62 @@ class HpglDriver final : public Driver {
   long long overflows() const override { return out_ ? out_->overflows() : 0; }
 
  private:
+  static constexpr long long kRgbPens = 256;  // NP: pens 0 .. 255, 0 the white pen
+
+  // An instruction of two letters and its integer parameters, separated by commas.
+  void instruction(const char* name, std::initializer_list<long long> params) {
+    char buf[8 * kNumberBuffer];
+    char* p = buf;
+    *p++ = name[0];
+    *p++ = name[1];
+    bool first = true;
+    for (const long long v : params) {
+      if (!first) {
+        *p++ = ',';
+      }
+      first = false;
+      p = format_int(p, v);
+    }
+    *p++ = ';';
+    out_->word({buf, static_cast<std::size_t>(p - buf)});
+  }
+
+  void select_pen(int pen) {
+    instruction("SP", {pen});
+    pen_ = pen;
+  }
+
+  // Selects the pen of the colour, defining the next pen for a colour not seen before.
+  void select_rgb(Rgb c) {
+    const std::uint32_t key = static_cast<std::uint32_t>(std::clamp(c.r, 0, 255)) << 16 |
+                              static_cast<std::uint32_t>(std::clamp(c.g, 0, 255)) << 8 |
+                              static_cast<std::uint32_t>(std::clamp(c.b, 0, 255));
+    int pen = 0;
+    for (int i = 1; i < kRgbPens; ++i) {
+      if (defined_[static_cast<std::size_t>(i)] && colours_[static_cast<std::size_t>(i)] == key) {
+        pen = i;
+        break;
+      }
+    }
+    if (pen == 0) {
+      pen = next_pen_;
+      next_pen_ = next_pen_ + 1 < kRgbPens ? next_pen_ + 1 : 1;
+      defined_[static_cast<std::size_t>(pen)] = true;
+      colours_[static_cast<std::size_t>(pen)] = key;
+      instruction("PC", {pen, key >> 16, (key >> 8) & 0xFFU, key & 0xFFU});
+    }
+    if (pen != pen_) {
+      select_pen(pen);
+    }
+  }
+
+  bool hpgl2_ = false;
+  int pen_ = 0;        // the selected pen (HP-GL/2)
+  int next_pen_ = 1;   // the pen the next new colour takes
+  std::array<bool, kRgbPens> defined_{};
+  std::array<std::uint32_t, kRgbPens> colours_{};
+  long long cap_ = 1;
+  long long join_ = 1;
   std::unique_ptr<TextWriter> out_;
   int last_x_ = 0;         // the last position written
   int last_y_ = 0;

@@ -1,9 +1,8 @@
 #!/usr/bin/env bash
 # Runs one golden scene in a fresh folder under a fixed SOURCE_DATE_EPOCH and compares
-# the plot files it writes (NAME.ps, .psc, .eps, .svg, .pdf, .ipe, .cgm, .wmf, .emf)
-# byte for byte
-# with the references of the same names in REFDIR. On a mismatch the actual file
-# stays in WORKDIR and the first differing line of both files is printed.
+# the plot files it writes (NAME.ps, .psc, .eps, .svg, .pdf, .ipe, .cgm, .wmf, .emf,
+# .hpg) byte for byte with the references of the same names in REFDIR. On a mismatch the
+# actual file stays in WORKDIR and the first differing line of both files is printed.
 #
 # Usage: run_golden.sh PROGRAM NAME REFDIR WORKDIR
 # With ZORVEL_REGEN_GOLDEN=1 the references are rewritten from the actual files instead
@@ -28,7 +27,7 @@ if grep -q "<<<< Warning" stdout.txt; then
 fi
 
 written=()
-for ext in ps psc eps svg pdf ipe cgm wmf emf; do
+for ext in ps psc eps svg pdf ipe cgm wmf emf hpg; do
   [ -f "$name.$ext" ] && written+=("$name.$ext")
 done
 if [ ${#written[@]} -eq 0 ]; then

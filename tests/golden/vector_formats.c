@@ -1,6 +1,6 @@
 /* Catches changes in the vector formats beyond PostScript, PDF and SVG: the same two
- * pages as an IPE drawing, a CGM metafile and Windows metafiles WMF and EMF (two files
- * each, one per page). Header and page layout; lines of several
+ * pages as an IPE drawing, a CGM metafile, Windows metafiles WMF and EMF (two files
+ * each, one per page) and an HP-GL/2 plotter file. Header and page layout; lines of several
  * colours, widths and caps; a polyline longer than the 100-point buffer; filled areas, and
  * glyphs with holes (even-odd rule); text as strokes; a second page. */
 #include <math.h>
@@ -49,5 +49,8 @@ int main(void) {
   scene("CGM", "vector_formats.cgm");
   scene("WMF", "vector_formats.wmf");
   scene("EMF", "vector_formats.emf");
+  metafl("HPGL");
+  hpmode("HPG2");
+  scene("HPGL", "vector_formats.hpg");
   return 0;
 }
