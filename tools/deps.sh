@@ -16,6 +16,8 @@ packages=(
   chromium              # one SVG page rendered by a browser (consumers.chromium)
   hp2xx                 # reads the HPGL files in the tests
   python3-contourpy qhull-bin  # contour lines and triangulations checked against them
+  proj-bin gmt gmt-gshhg-low  # map projections checked against PROJ; GMT maps to compare with
+  libplplot-data        # Natural Earth shapefiles read by tools/mapdata/gen_mapdata.py
 )
 [ $# -gt 0 ] && packages=("$@")
 missing=()
