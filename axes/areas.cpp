@@ -25,6 +25,7 @@
 #include "core/page.h"
 #include "draw/colour.h"
 #include "draw/pipeline.h"
+#include "maps/maps.h"
 
 namespace zorvel {
 namespace {
@@ -97,6 +98,11 @@ namespace api {
 void rlarea(GlobalBlock& g, const double* xray, const double* yray, int n) {
   if (n < 3) {
     warn(g, 2, n);
+    return;
+  }
+  if (g.maps.active) {
+    map_fill(g, xray, yray, n);  // closed along the map's outline where it leaves it
+    record_area(g, g.pipe.pattern.number, g.colour.current);
     return;
   }
   start_area(g);

@@ -18,6 +18,7 @@
 #include "core/keywords.h"
 #include "core/messages.h"
 #include "draw/pipeline.h"
+#include "maps/maps.h"
 #include "text/layout.h"
 #include "text/text.h"
 
@@ -454,6 +455,9 @@ AxisExtents draw_axis_system(GlobalBlock& g, bool draw) {
   }
   if (g.axes.polar) {
     return draw_polar_axes(g, draw);
+  }
+  if (g.maps.active) {
+    return draw_map_axes(g, draw);
   }
   AxisExtents ext{};
   const PageClipScope page(g);

@@ -21,6 +21,7 @@
 #include "core/messages.h"
 #include "draw/colour.h"
 #include "draw/pipeline.h"
+#include "maps/maps.h"
 
 namespace zorvel {
 namespace {
@@ -74,6 +75,9 @@ bool place(const GlobalBlock& g, const double* x, const double* y, int i, double
   if (g.axes.polar) {
     return polar_to_page(g, x[i], y[i], px, py);
   }
+  if (g.maps.active) {
+    return map_to_page(g, x[i], y[i], px, py);
+  }
   px = axis_page_x(g, x[i]);
   py = axis_page_y(g, y[i]);
   return finite(px) && finite(py);
@@ -96,6 +100,10 @@ double bar_base(const GlobalBlock& g) {
 void draw_joins(GlobalBlock& g, const double* x, const double* y, int n, int method) {
   if (g.axes.polar && method != kLine) {
     draw_polar_bars(g, x, y, n, method);  // BARS, STEM and FBAR: the others are refused
+    return;
+  }
+  if (g.maps.active) {
+    map_polyline(g, x, y, n);  // lines on the globe: the methods joining points straight
     return;
   }
   bool open = false;  // a line is being drawn
@@ -346,6 +354,10 @@ void curve(GlobalBlock& g, const double* xray, const double* yray, int n) {
   if (g.axes.polar && method != kLine && method != kBars && method != kStem &&
       method != kFilledBars) {
     warn(g, 160);
+    return;
+  }
+  if (g.maps.active && method != kLine && !spline_method(method)) {
+    warn(g, 286);  // steps and bars have no meaning on a map
     return;
   }
   if (c.scale_check && g.msg.warnings_on) {

@@ -16,6 +16,7 @@
 #include "core/page.h"
 #include "draw/colour.h"
 #include "draw/pipeline.h"
+#include "maps/maps.h"
 #include "text/layout.h"
 #include "text/text.h"
 
@@ -506,6 +507,9 @@ void endgrf(GlobalBlock& g) {
   if (s.polar) {
     end_polar(g);
   }
+  if (g.maps.active) {
+    end_map(g);
+  }
   s.polar = false;
   s.no_axes = false;
   s.scaled = false;
@@ -641,9 +645,19 @@ void setscl(GlobalBlock& g, const double* ray, int n, const char* cax) {
   }
 }
 
-double xposn(GlobalBlock& g, double x) { return axis_page_x(g, x); }
+double xposn(GlobalBlock& g, double x) {
+  if (g.maps.active) {
+    warn(g, 286);  // mappos gives both coordinates of a map point
+    return 0.0;
+  }
+  return axis_page_x(g, x);
+}
 
 double yposn(GlobalBlock& g, double y) {
+  if (g.maps.active) {
+    warn(g, 286);
+    return 0.0;
+  }
   if (g.axes.polar) {
     warn(g, 109);
     return 0.0;
@@ -651,9 +665,19 @@ double yposn(GlobalBlock& g, double y) {
   return page_y(g, axis_page_y(g, y));
 }
 
-int nxposn(GlobalBlock& g, double x) { return trunc_int(axis_page_x(g, x) + 0.5); }
+int nxposn(GlobalBlock& g, double x) {
+  if (g.maps.active) {
+    warn(g, 286);
+    return 0;
+  }
+  return trunc_int(axis_page_x(g, x) + 0.5);
+}
 
 int nyposn(GlobalBlock& g, double y) {
+  if (g.maps.active) {
+    warn(g, 286);
+    return 0;
+  }
   if (g.axes.polar) {
     warn(g, 109);
     return 0;
@@ -662,18 +686,30 @@ int nyposn(GlobalBlock& g, double y) {
 }
 
 double xinvrs(GlobalBlock& g, int n) {
+  if (g.maps.active) {
+    warn(g, 286);  // mapinv
+    return 0.0;
+  }
   const AxisScale& sc = g.axes.scale[kAxisX];
   const double v = (n - sc.corner) / sc.factor + sc.a;
   return g.axes.log[kAxisX] ? std::pow(10.0, v) : v;
 }
 
 double yinvrs(GlobalBlock& g, int n) {
+  if (g.maps.active) {
+    warn(g, 286);
+    return 0.0;
+  }
   const AxisScale& sc = g.axes.scale[kAxisY];
   const double v = (sc.corner - page_y(g, n)) / sc.factor + sc.a;
   return g.axes.log[kAxisY] ? std::pow(10.0, v) : v;
 }
 
 void rlstrt(GlobalBlock& g, double x, double y) {
+  if (g.maps.active) {
+    map_line_start(g, x, y);
+    return;
+  }
   double px = axis_page_x(g, x), py = axis_page_y(g, y);
   if (g.axes.polar) {
     polar_to_page(g, x, y, px, py);
@@ -682,6 +718,10 @@ void rlstrt(GlobalBlock& g, double x, double y) {
 }
 
 void rlconn(GlobalBlock& g, double x, double y) {
+  if (g.maps.active) {
+    map_line_to(g, x, y);
+    return;
+  }
   double px = axis_page_x(g, x), py = axis_page_y(g, y);
   if (g.axes.polar) {
     polar_to_page(g, x, y, px, py);
@@ -696,6 +736,10 @@ void grid(GlobalBlock& g, int nx, int ny) {
   }
   if (g.axes.polar) {
     polgrd(g, nx, ny);  // rings and spokes
+    return;
+  }
+  if (g.maps.active) {
+    gridmp(g, nx, ny);  // meridians and parallels
     return;
   }
   draw_axis_grid(g, nx, ny);

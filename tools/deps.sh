@@ -21,6 +21,7 @@ packages=(
   libwmf-bin emf2svg           # read the Windows metafiles (consumers.wmf, consumers.emf)
   python3-pytest python3-pip python3-setuptools  # the Python package: tests, offline pip install
   jupyter-nbconvert python3-ipykernel  # the example notebook, run headless
+  proj-bin              # map projections checked against PROJ (maps.proj)
 )
 [ $# -gt 0 ] && packages=("$@")
 missing=()
