@@ -175,7 +175,7 @@ void box_labels(GlobalBlock& g, bool draw, std::vector<Box>& boxes, AxisExtents&
     if (!label_marks(s, kAxisX, marks)) {
       continue;
     }
-    const AxisLabelText text(s, kAxisX, marks);
+    const AxisLabelText text(s, kAxisX, marks, label_chars(g));
     const PartColour c(g, s.axis[kAxisX].colours[2]);
     for (const LabelMark& mk : marks) {
       // Both ends of a box round the globe get their label.
@@ -198,7 +198,7 @@ void box_labels(GlobalBlock& g, bool draw, std::vector<Box>& boxes, AxisExtents&
         s.axis[kAxisY].label_type == kLabNone || !label_marks(s, kAxisY, marks)) {
       continue;
     }
-    const AxisLabelText text(s, kAxisY, marks);
+    const AxisLabelText text(s, kAxisY, marks, label_chars(g));
     const PartColour c(g, s.axis[kAxisY].colours[2]);
     for (const LabelMark& mk : marks) {
       // The poles are no parallels: a point, or a line that the longitudes label.
@@ -234,7 +234,7 @@ void cap_labels(GlobalBlock& g, bool draw, std::vector<Box>& boxes, AxisExtents&
         s.axis[static_cast<std::size_t>(ax)].label_type == kLabNone || !label_marks(s, ax, marks)) {
       continue;
     }
-    const AxisLabelText text(s, ax, marks);
+    const AxisLabelText text(s, ax, marks, label_chars(g));
     const PartColour c(g, s.axis[static_cast<std::size_t>(ax)].colours[2]);
     const bool polar = std::fabs(std::fabs(m.cap_lat) - 90.0) < 1e-9;
     for (const LabelMark& mk : marks) {
