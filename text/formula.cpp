@@ -6,6 +6,7 @@
 // one em being kEm character heights.
 
 #include <algorithm>
+#include <utility>
 #include <cmath>
 #include <cstring>
 #include <string_view>
@@ -47,6 +48,26 @@ enum TexEnv : int { kEnvMatrix, kEnvPmatrix, kEnvBmatrix, kEnvBbmatrix, kEnvVmat
                     kEnvVvmatrix, kEnvCases };
 constexpr std::string_view kEnvNames[] = {"matrix",  "pmatrix", "bmatrix", "Bmatrix",
                                           "vmatrix", "Vmatrix", "cases"};
+
+// The delimiters of an environment (kShapeNone: none), left and right.
+std::pair<int, int> env_delimiters(int env) {
+  switch (env) {
+    case kEnvPmatrix:
+      return {kShapeParenL, kShapeParenR};
+    case kEnvBmatrix:
+      return {kShapeBracketL, kShapeBracketR};
+    case kEnvBbmatrix:
+      return {kShapeBraceL, kShapeBraceR};
+    case kEnvCases:
+      return {kShapeBraceL, kShapeNone};
+    case kEnvVmatrix:
+      return {kShapeVert, kShapeVert};
+    case kEnvVvmatrix:
+      return {kShapeDoubleVert, kShapeDoubleVert};
+    default:
+      return {kShapeNone, kShapeNone};
+  }
+}
 
 // Why a list ended.
 enum class Stop { End, Brace, Amp, Row, Right, EnvEnd };
@@ -1423,33 +1444,7 @@ void Formula::measure_matrix(TexNode& n, int s) {
   for (int k = 0; k < columns; ++k) {
     width += tx_.cells[static_cast<std::size_t>(base + k)] + (k > 0 ? sep : 0.0);
   }
-  int left = kShapeNone;
-  int right = kShapeNone;
-  switch (n.code) {
-    case kEnvPmatrix:
-      left = kShapeParenL;
-      right = kShapeParenR;
-      break;
-    case kEnvBmatrix:
-      left = kShapeBracketL;
-      right = kShapeBracketR;
-      break;
-    case kEnvBbmatrix:
-    case kEnvCases:
-      left = kShapeBraceL;
-      right = n.code == kEnvCases ? kShapeNone : kShapeBraceR;
-      break;
-    case kEnvVmatrix:
-      left = kShapeVert;
-      right = kShapeVert;
-      break;
-    case kEnvVvmatrix:
-      left = kShapeDoubleVert;
-      right = kShapeDoubleVert;
-      break;
-    default:
-      break;
-  }
+  const auto [left, right] = env_delimiters(n.code);
   const double size = total + 0.2 * em(s);
   const double pad = 0.15 * em(s);
   const double lw = n.code == kEnvMatrix ? 0.0 : delimiter_width(left, size, s) + pad;
@@ -1808,35 +1803,7 @@ void Formula::emit(int id, double x, double y, int s) {
       const double gap = 0.25 * em(cs);
       const double sep = em(cs);
       const double size = total + 0.2 * em(s);
-      int left = kShapeNone;
-      int right = kShapeNone;
-      switch (n.code) {
-        case kEnvPmatrix:
-          left = kShapeParenL;
-          right = kShapeParenR;
-          break;
-        case kEnvBmatrix:
-          left = kShapeBracketL;
-          right = kShapeBracketR;
-          break;
-        case kEnvBbmatrix:
-          left = kShapeBraceL;
-          right = kShapeBraceR;
-          break;
-        case kEnvCases:
-          left = kShapeBraceL;
-          break;
-        case kEnvVmatrix:
-          left = kShapeVert;
-          right = kShapeVert;
-          break;
-        case kEnvVvmatrix:
-          left = kShapeDoubleVert;
-          right = kShapeDoubleVert;
-          break;
-        default:
-          break;
-      }
+      const auto [left, right] = env_delimiters(n.code);
       const double pad = 0.15 * em(s);
       const double lw = n.code == kEnvMatrix ? 0.0 : delimiter_width(left, size, s);
       const double rw = n.code == kEnvMatrix ? 0.0 : delimiter_width(right, size, s);
