@@ -148,6 +148,19 @@ for plan in "w7c:ps pdf png" "w7h:ps pdf png" "w7s:ps pdf png" "w7t:ps"; do
     [ $have_mpl -eq 1 ] && add "$g" matplotlib "/usr/bin/python3 $contours/zb_contours_mpl.py $w $f OUT" "OUT.$f"
   done
 done
+# W1 with 10^6 points in the further vector formats, beside gnuplot's terminals of them and
+# our own PostScript.
+for f in cgm wmf emf ipe hpgl; do
+  g=w1f.$f
+  ext=$f
+  [ $f = hpgl ] && ext=hpg
+  add "$g" zorvel "$zb w1 $f OUT 1000000" "OUT.$ext"
+  add "$g" zorvel-ps "$zb w1 ps OUT 1000000" "OUT.ps"
+  if [ $have_gp -eq 1 ] && [ $f != wmf ] && [ $f != ipe ]; then
+    [ -f "$work/w1_1000000.bin" ] || "$bin/mkdata" "$work/w1_1000000.bin" 1000000
+    add "$g" gnuplot "gnuplot -c $root/bench/formats/w1_formats.gp $f OUT $work/w1_1000000.bin" "OUT.$ext"
+  fi
+done
 # W8: 10,000 formula labels (bench/formulas), the library's formula mode beside mathtext;
 # W8x: 20,000 exponent labels of the instruction alphabet beside mathtext's $x^2$.
 formulas=$root/bench/formulas

@@ -4,7 +4,8 @@
  *   WORKLOAD  w1 | w2 | w3 | w4 | w5 | w6 (the chart workload of bench/charts)
  *             | w7c | w7h | w7s | w7t (the contour workload of bench/contours)
  *   FORMAT    ps | svg | pdf | png (PNG pages of 1200 x 850 pixels, the default raster
- *             output; ZB_ZORVEL_SMOOTH=1 draws them anti-aliased)
+ *             output; ZB_ZORVEL_SMOOTH=1 draws them anti-aliased) | cgm | wmf | emf | ipe
+ *             | hpgl (the further vector formats)
  *   OUTPREFIX output file without its extension (w2: the prefix of 200 files)
  *   N         w1: number of points (default 1000000) */
 #include <stdio.h>
@@ -31,6 +32,18 @@ static void open_page(const char* path) {
   } else if (strcmp(format, "png") == 0) {
     device = "PNG";
     ext = "png";
+  } else if (strcmp(format, "cgm") == 0 || strcmp(format, "wmf") == 0 ||
+             strcmp(format, "emf") == 0 || strcmp(format, "ipe") == 0) {
+    /* The further vector formats: the keyword is the extension in capitals. */
+    static char key[4];
+    for (int k = 0; k < 3; k++) {
+      key[k] = (char)(format[k] - 'a' + 'A');
+    }
+    device = key;
+    ext = format;
+  } else if (strcmp(format, "hpgl") == 0) {
+    device = "HPGL";
+    ext = "hpg";
   } else if (strcmp(format, "ps") != 0) {
     fprintf(stderr, "unknown format %s\n", format);
     exit(2);

@@ -130,6 +130,9 @@ class HpglDriver final : public Driver {
     }
     int ix = device_int(x);
     const int iy = device_int(y);
+    if (pen == Pen::Draw && !after_move_ && ix == last_x_ && iy == last_y_) {
+      return;  // a repeated point draws nothing more
+    }
     if (pen == Pen::Draw && after_move_ && ix == last_x_ && iy == last_y_) {
       // A zero-length line is a dot one plotter unit long: readers take a picture of a
       // single point for one without size.

@@ -1,7 +1,8 @@
 // The IPE driver of the device "IPE " (802): an IPE 7 drawing.
 //
 // Coordinates are points of 1/72 inch from the bottom left corner, as the dispatch hands
-// them over, written with 2 decimals. The file:
+// them over, written with 1 decimal (0.035 mm); a point that repeats the last one at that
+// precision is left out. The file:
 //
 //   <?xml version="1.0"?> <!DOCTYPE ipe SYSTEM "ipe.dtd">
 //   <ipe version="70000" creator="Zorvel 10.6">
@@ -80,7 +81,7 @@ class IpeDriver final : public Driver {
     }
   }
   void coordinate(double v) {
-    out_->fixed_word(std::clamp(v, -kCoordinateLimit, kCoordinateLimit), 2);
+    out_->fixed_word(std::clamp(v, -kCoordinateLimit, kCoordinateLimit), 1);
   }
   // "r g b" of a colour, components 0..1.
   void append_rgb(std::string& s, Rgb c) {
@@ -100,6 +101,8 @@ class IpeDriver final : public Driver {
   bool pending_ = false;      // a move not written yet (written with the first draw)
   double move_x_ = 0.0;
   double move_y_ = 0.0;
+  long long last_x_ = 0;      // the last point written, tenths of a point
+  long long last_y_ = 0;
   double scale_ = 1.0;
   bool background_ = false;   // not reversed: a dark page
   double width_ = 0.0;        // the page in points
@@ -171,6 +174,14 @@ void IpeDriver::point(double x, double y, Pen pen) {
   if (pen != Pen::Draw) {
     return;  // End and Close: the path stays open for the next polyline of its kind
   }
+  // A point that repeats the last one written at the written precision adds nothing.
+  const long long kx = device_int(std::clamp(x, -kCoordinateLimit, kCoordinateLimit) * 10.0);
+  const long long ky = device_int(std::clamp(y, -kCoordinateLimit, kCoordinateLimit) * 10.0);
+  if (!pending_ && open_ && kx == last_x_ && ky == last_y_) {
+    return;
+  }
+  last_x_ = kx;
+  last_y_ = ky;
   if (!open_) {
     std::string& s = scratch_;
     s = "<path stroke=\"";
