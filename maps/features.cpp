@@ -298,6 +298,8 @@ void mapshd(GlobalBlock& g, int nland, int nlake) {
       fill_levels(g, 1 << level, colour, file);
     }
   }
+  // The fills reach the outline: it is drawn again on top.
+  draw_map_outline(g);
 }
 
 void mapfil(GlobalBlock& g, const char* cfil, const char* copt) {

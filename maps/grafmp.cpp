@@ -647,22 +647,7 @@ void grafmp(GlobalBlock& g, double xa, double xe, double xorg, double xstp, doub
       fill_polygon(g, xs.data(), ys.data(), static_cast<int>(xs.size()) - 1);
       set_colour(g, colour);
     }
-    if (s.frame != 0 && !xs.empty()) {
-      // The outline three times as wide as the frame's thickness, as the frame of a map
-      // is usually drawn, so that it holds its own against the coastlines.
-      const PartColour c(g, s.axis[kAxisX].colours[0]);
-      const int width = g.pipe.line_width;
-      end_polyline(g);
-      g.pipe.line_width = std::clamp(3 * std::abs(s.frame), 1, 32000);
-      send_line_width(g);
-      move_to(g, xs[0], ys[0]);
-      for (std::size_t i = 1; i < xs.size(); ++i) {
-        draw_to(g, xs[i], ys[i]);
-      }
-      end_polyline(g);
-      g.pipe.line_width = width;
-      send_line_width(g);
-    }
+    draw_map_outline(g);
     draw_map_axes(g, true);
     if (g.colour.current != colour) {
       set_colour(g, colour);
@@ -678,6 +663,42 @@ void grafmp(GlobalBlock& g, double xa, double xe, double xorg, double xstp, doub
     set_clip_circle(g, m.off_x, m.off_y, m.cap_map_radius * m.scale + kClipTolerance);
   }
 }
+
+}  // namespace api
+
+void draw_map_outline(GlobalBlock& g) {
+  const AxisState& s = g.axes;
+  std::vector<double> xs, ys;
+  outline_points(g.maps, xs, ys);
+  if (s.frame == 0 || xs.empty()) {
+    return;
+  }
+  // The outline three times as wide as the frame's thickness, as the frame of a map is
+  // usually drawn, so that it holds its own against the coastlines; whole, not clipped
+  // to the map.
+  const DashScope solid(g);
+  const PageClipScope whole(g);
+  const int colour = g.colour.current;
+  {
+    const PartColour c(g, s.axis[kAxisX].colours[0]);
+    const int width = g.pipe.line_width;
+    end_polyline(g);
+    g.pipe.line_width = std::clamp(3 * std::abs(s.frame), 1, 32000);
+    send_line_width(g);
+    move_to(g, xs[0], ys[0]);
+    for (std::size_t i = 1; i < xs.size(); ++i) {
+      draw_to(g, xs[i], ys[i]);
+    }
+    end_polyline(g);
+    g.pipe.line_width = width;
+    send_line_width(g);
+  }
+  if (g.colour.current != colour) {
+    set_colour(g, colour);
+  }
+}
+
+namespace api {
 
 void mappos(GlobalBlock& g, double xlon, double ylat, double* xp, double* yp) {
   *xp = NAN;

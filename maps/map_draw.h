@@ -73,6 +73,10 @@ void append_outline(const MapState& m, double s0, double s1, std::vector<double>
 
 // Polygon fills: rings are clipped and closed into work.fx/fy/ends by add_ring, then
 // filled together by flush_fill (non-zero rule) in the current colour and pattern.
+// The map's outline in the frame's colour and thickness (three times it), not clipped:
+// grafmp draws it, and the fills of mapshd, which reach it, draw it again.
+void draw_map_outline(GlobalBlock& g);
+
 void begin_fill(GlobalBlock& g);
 void add_ring(GlobalBlock& g, const double* lon, const double* lat, int n, int& nans, int& beyond);
 void flush_fill(GlobalBlock& g);
