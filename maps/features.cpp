@@ -298,8 +298,12 @@ void mapshd(GlobalBlock& g, int nland, int nlake) {
       fill_levels(g, 1 << level, colour, file);
     }
   }
-  // The fills reach the outline: it is drawn again on top.
+  // The fills reach the outline: it is drawn again on top, and on a cap the labels of
+  // the parallels, which stand inside the map.
   draw_map_outline(g);
+  if (g.maps.region == MapRegion::Cap) {
+    draw_map_axes(g, true);
+  }
 }
 
 void mapfil(GlobalBlock& g, const char* cfil, const char* copt) {
