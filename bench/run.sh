@@ -6,11 +6,12 @@
 # (a labelled 1,000-bar histogram of 1e6 values and a page of hatched bars; its peers'
 # programs are those of bench/charts) and the contour workload W7 of bench/contours
 # (filled contours, a heat map, a surface, a Delaunay triangulation of 1e6 points) and the
-# formula workload W8 of bench/formulas (10,000 formula labels). Each case runs as a whole process; the
-# cases of one workload and format take turns, RUNS times after a warm-up run. The table
-# gives per case the medians of wall time (ms clock), processor time (user + system) and
-# peak memory, the bytes written, and the wall time as a ratio to the fastest peer and to
-# the limit program.
+# formula workload W8 of bench/formulas (10,000 formula labels) and the map workload W9 of
+# bench/maps (a Robinson world and Lambert Europe at the intermediate resolution). Each case
+# runs as a whole process; the cases of one workload and format take turns, RUNS times
+# after a warm-up run. The table gives per case the medians of wall time (ms clock),
+# processor time (user + system) and peak memory, the bytes written, and the wall time as a
+# ratio to the fastest peer and to the limit program.
 #
 # Usage: bench/run.sh [--install] [BUILD_DIR] [RUNS] [CASES]
 #   --install  installs what is missing from Debian first: libplplot-dev,
@@ -172,6 +173,26 @@ for f in ps pdf; do
     [ $have_mpl -eq 1 ] && add "$w.$f" matplotlib "/usr/bin/python3 $formulas/zb_formulas_mpl.py $w $f OUT" "OUT.$f"
   done
 done
+# W9: maps at the intermediate resolution (bench/maps): the library reads the files that the
+# build's zorvel_map_data target writes to $build/map (made here when missing, not timed);
+# GMT reads its own data; PLplot draws its 1:110m shapefiles only (lines).
+maps=$root/bench/maps
+if [[ "w9w.ps w9w.png w9e.ps w9e.png" =~ $only ]]; then
+  mb=$build/bench/bench_maps
+  [ -x "$mb" ] || cmake --build "$build" --target bench_maps > /dev/null
+  [ -f "$build/map/gshhs_i.b" ] || cmake --build "$build" --target zorvel_map_data > /dev/null ||
+    echo "the map files are missing (gmt not installed?): W9 of the library fails"
+  w9_pl=0
+  [ $have_pl -eq 1 ] && gcc -O2 -o "$bin/zb_maps_plplot" "$maps/zb_maps_plplot.c" $(pkg-config --cflags --libs plplot) -lm 2> /dev/null && w9_pl=1
+  command -v gmt > /dev/null || echo "GMT left out of W9 (gmt, gmt-gshhg-low)"
+  for w in w9w w9e; do
+    for f in ps png; do
+      add "$w.$f" zorvel "env ZORVEL=$build $mb $w $f OUT" "OUT.$f"
+      command -v gmt > /dev/null && add "$w.$f" gmt "$maps/maps_gmt.sh $w $f OUT" "OUT.$f"
+      [ $w9_pl -eq 1 ] && add "$w.$f" plplot "$bin/zb_maps_plplot $w $f OUT" "OUT.$f"
+    done
+  done
+fi
 [ ${#cases[@]} -gt 0 ] || { echo "no case matches '$only'"; exit 2; }
 
 # One timed run of case k, appended to its log: "wall cpu peak_kb bytes".
