@@ -22,6 +22,7 @@ packages=(
   python3-pytest python3-pip python3-setuptools  # the Python package: tests, offline pip install
   jupyter-nbconvert python3-ipykernel  # the example notebook, run headless
   proj-bin              # map projections checked against PROJ (maps.proj)
+  gmt gmt-gshhg-low     # the map files generated from GSHHG (tools/mapdata), read back by gmt
 )
 [ $# -gt 0 ] && packages=("$@")
 missing=()
