@@ -293,6 +293,7 @@ void zorini(GlobalBlock& g) {
   c.nans = 0;
   g.msg.warnings = 0;
   c.has_plot_file = false;
+  c.metafile_deleted = false;
   c.file_watched = false;
   c.memory.bytes.clear();
   c.memory.bytes.shrink_to_fit();

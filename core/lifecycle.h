@@ -44,6 +44,7 @@ struct CoreState {
   std::string plot_file;          // set by setfil or formed by zorini; at most 256 chars
   int file_name_state = 0;        // 0 default name, 1 set by setfil, 2 name taken over
   bool has_plot_file = false;     // the current plot writes a file
+  bool metafile_deleted = false;  // metcnv "DELE" removed the metafile of the last plot
   MemoryFile memory;              // memfil, rbffil
   FileHandle plot_handle;         // open plot file; closed by zorfin
   bool file_watched = false;      // a regular plot file: zorfin checks that its name still

@@ -37,7 +37,7 @@ echo "== Fuzzer build (clang, libFuzzer + ASan + UBSan)"
 cmake -S "$root" -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DZORVEL_FUZZ=ON \
       -DZORVEL_WERROR=ON -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_C_COMPILER=clang \
       -DZORVEL_BUILD_TESTS=OFF -DZORVEL_BUILD_EXAMPLES=OFF -DZORVEL_BUILD_BENCH=OFF > /dev/null
-cmake --build "$build" --target zorvel_fuzz zorvel_fuzz_mapfile -j2
+cmake --build "$build" --target zorvel_fuzz zorvel_fuzz_mapfile zorvel_fuzz_gksl -j2
 fuzzer=$build/fuzz/zorvel_fuzz
 mkdir -p "$build/corpus" "$build/artifacts"
 # The fuzzer's temporary folders: what an input killed by a timeout leaves goes too.
@@ -75,6 +75,16 @@ if [ "$seconds" -gt 0 ]; then
      2> "$build/fuzz_map.log") || {
     tail -n 60 "$build/fuzz_map.log"
     echo "FAIL: the map file fuzzer found a fault; the input is in $build/artifacts/"
+    exit 1
+  }
+  # The metafile reader (incmet): as long as the map file reader.
+  echo "== Fuzzing the metafile reader for $map_seconds s"
+  mkdir -p "$build/corpus_gksl"
+  (cd "$build" && nice -n 19 "$build/fuzz/zorvel_fuzz_gksl" "${opts[@]}" \
+     -max_total_time="$map_seconds" "$build/corpus_gksl" "$root/fuzz/corpus_gksl" \
+     2> "$build/fuzz_gksl.log") || {
+    tail -n 60 "$build/fuzz_gksl.log"
+    echo "FAIL: the metafile fuzzer found a fault; the input is in $build/artifacts/"
     exit 1
   }
 fi

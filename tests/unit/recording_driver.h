@@ -85,6 +85,7 @@ class Recorder final : public Driver {
     }
   }
   void sector(const Sector& s, Rgb /*rgb*/) override { sectors.push_back(s); }
+  void new_page() override { ++pages; }
   bool close() override { return true; }
   bool failed() const override { return false; }
   long long overflows() const override { return overflow_count; }
@@ -99,6 +100,7 @@ class Recorder final : public Driver {
   std::vector<Placed> shapes;
   std::vector<Sector> sectors;
   long long overflow_count = 0;  // what overflows() reports
+  int pages = 0;                 // new_page calls
 
  private:
   unsigned caps_;
