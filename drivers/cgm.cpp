@@ -11,7 +11,8 @@
 //   METAFILE ELEMENT LIST
 //   per page: BEGIN PICTURE "page n", SCALING MODE metric (mm per VDC unit),
 //             COLOUR SELECTION MODE direct, LINE WIDTH SPECIFICATION MODE absolute,
-//             VDC EXTENT (0, 0) .. page, BEGIN PICTURE BODY, the restated attributes,
+//             VDC EXTENT (0, 0) .. page, BACKGROUND COLOUR white, BEGIN PICTURE BODY,
+//             the restated attributes,
 //             POLYLINE, POLYGON, POLYGON SET, LINE COLOUR, FILL COLOUR, ...
 //             END PICTURE
 //   END METAFILE
@@ -222,6 +223,8 @@ void CgmDriver::begin_picture() {
   element(kPicture, 2, {1});        // COLOUR SELECTION MODE direct
   element(kPicture, 3, {0});        // LINE WIDTH SPECIFICATION MODE absolute
   element(kPicture, 6, {0, 0, width_, height_});  // VDC EXTENT
+  put_rgb(Rgb{255, 255, 255});
+  element(kPicture, 7, {});         // BACKGROUND COLOUR: the paper (the default is black)
   element(kDelimiter, 4, {});       // BEGIN PICTURE BODY
   element(kAttribute, 22, {1});     // INTERIOR STYLE solid
   fill_set_ = false;
