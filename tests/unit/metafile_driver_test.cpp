@@ -12,8 +12,10 @@
 #include <string_view>
 #include <vector>
 
+#include "api_decl.h"
 #include "drivers/registry.h"
 #include "drivers/sink.h"
+#include "tests/unit/captured.h"
 
 namespace zorvel {
 namespace {
@@ -200,6 +202,24 @@ TEST(MetafileDrivers, CgmPartitionsAtTheLimit) {
   EXPECT_EQ(polygon_partitions(8192), (std::vector<std::uint32_t>{32764, 4}));
   EXPECT_EQ(polygon_partitions(7), (std::vector<std::uint32_t>{}));  // 28 bytes: short form
   EXPECT_EQ(polygon_partitions(8), (std::vector<std::uint32_t>{32}));
+}
+
+TEST(MetafileDrivers, HpmodeNamesTheWrongDevice) {
+  // The dialect is an HPGL setting: chosen for another device it warns (41) but holds for
+  // the next HPGL plot; an unknown dialect changes nothing.
+  Captured c;
+  api::metafl(c.g, "PS");
+  api::hpmode(c.g, "HPG2");
+  EXPECT_NE(c.text().find("Warning 41:"), std::string::npos) << c.text();
+  EXPECT_TRUE(c.g.pipe.hpgl2);
+  api::metafl(c.g, "HPA4");
+  api::hpmode(c.g, "XXXX");
+  EXPECT_TRUE(c.g.pipe.hpgl2);
+  api::hpmode(c.g, "HPGL");
+  EXPECT_FALSE(c.g.pipe.hpgl2);
+  const std::string t = c.text();
+  EXPECT_EQ(t.find("Warning 41:"), t.rfind("Warning 41:"));  // once only
+  EXPECT_NE(t.find("Warning 2:"), std::string::npos) << t;
 }
 
 }  // namespace
