@@ -21,6 +21,7 @@
 #include <array>
 #include <cmath>
 #include <memory>
+#include <string>
 
 #include "core/format.h"
 #include "drivers/registry.h"
@@ -64,7 +65,8 @@ class HpglDriver final : public Driver {
     *p++ = 'W';
     p = format_fixed(p, std::clamp(mm, 0.01, 1000.0), 2);
     *p++ = ';';
-    out_->word({buf, static_cast<std::size_t>(p - buf)});
+    width_word_.assign(buf, static_cast<std::size_t>(p - buf));
+    out_->word(width_word_);
   }
 
   void line_cap(int cap) override {
@@ -92,13 +94,34 @@ class HpglDriver final : public Driver {
     if (n < 3 || path.ends.empty()) {
       return;
     }
+    // Rings that cover nothing at the plotter's resolution are left out (readers reject
+    // polygons of zero area).
+    const auto empty = [&](std::size_t a, std::size_t b) {
+      long long twice = 0;
+      for (std::size_t i = a; i < b; ++i) {
+        const std::size_t j = i + 1 < b ? i + 1 : a;
+        twice += device_int(path.xs[i]) * device_int(path.ys[j]) -
+                 device_int(path.xs[j]) * device_int(path.ys[i]);
+      }
+      return twice == 0;
+    };
+    bool any = false;
+    for (std::size_t start = 0, r = 0; r < path.ends.size(); ++r) {
+      const std::size_t stop = std::min(n, static_cast<std::size_t>(std::max(path.ends[r], 0)));
+      any = any || (stop > start + 2 && !empty(start, stop));
+      start = std::max(start, stop);
+    }
+    if (!any) {
+      return;
+    }
     const int line_pen = pen_;
     select_rgb(rgb);
     std::size_t start = 0;
     bool first = true;
     for (const int e : path.ends) {
       const std::size_t stop = std::min(n, static_cast<std::size_t>(std::max(e, 0)));
-      if (stop <= start) {
+      if (stop <= start + 2 || empty(start, stop)) {
+        start = std::max(start, stop);
         continue;
       }
       instruction("PU", {device_int(path.xs[start]), device_int(path.ys[start])});
@@ -118,10 +141,22 @@ class HpglDriver final : public Driver {
     }
   }
 
+  // A new page: readers forget the pens at PG, so their number, the pen of the current
+  // colour, the width and the line attributes are stated again.
   void new_page() override {
-    if (hpgl2_) {
-      out_->word("PG;");
+    if (!hpgl2_) {
+      return;
     }
+    out_->word("PG;");
+    instruction("NP", {kRgbPens});
+    defined_.fill(false);
+    next_pen_ = 1;
+    pen_ = 0;
+    select_rgb(current_);
+    if (!width_word_.empty()) {
+      out_->word(width_word_);
+    }
+    instruction("LA", {1, cap_, 2, join_});
   }
 
   void point(double x, double y, Pen pen) override {
@@ -154,6 +189,7 @@ class HpglDriver final : public Driver {
 
   void colour(Rgb rgb, int value) override {
     if (hpgl2_) {
+      current_ = rgb;
       select_rgb(rgb);
       return;
     }
@@ -237,6 +273,8 @@ class HpglDriver final : public Driver {
   std::array<std::uint32_t, kRgbPens> colours_{};
   long long cap_ = 1;
   long long join_ = 1;
+  Rgb current_{};            // the colour of the lines
+  std::string width_word_;   // the last PW instruction
   std::unique_ptr<TextWriter> out_;
   int last_x_ = 0;         // the last position written
   int last_y_ = 0;

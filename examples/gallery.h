@@ -8,6 +8,9 @@
  *   CGM      device "CGM", the extension replaced by .cgm;
  *   WMF      device "WMF", the extension replaced by .wmf;
  *   EMF      device "EMF", the extension replaced by .emf;
+ *   HPGL     device "HPGL", the extension replaced by .hpg (HP-GL/2 with
+ *            ZORVEL_GALLERY_HPGL2=1);
+ *   GKSL     the library's metafile, the extension replaced by .met;
  *   PNG      device "PNG", the extension replaced by .png: anti-aliased (unless
  *            ZORVEL_GALLERY_ANTIALIAS is OFF), dark on white paper (scrmod "REVERS"),
  *            at 100 dots per inch;
@@ -59,12 +62,18 @@ static void gallery_output(const char* device, const char* file) {
     } else if (gallery_same_word(format, "EMF")) {
       device = "EMF";
       ext = ".emf";
+    } else if (gallery_same_word(format, "HPGL")) {
+      device = "HPGL";
+      ext = ".hpg";
+    } else if (gallery_same_word(format, "GKSL")) {
+      device = "GKSL";
+      ext = ".met";
     } else if (gallery_same_word(format, "PNG")) {
       device = "PNG";
       ext = ".png";
       png = 1;
     } else if (!gallery_same_word(format, "PS") && !gallery_same_word(format, "EPS")) {
-      fprintf(stderr, "ZORVEL_GALLERY_FORMAT=%s is none of SVG, PDF, IPE, CGM, WMF, EMF, PNG, PS, EPS: writing %s\n",
+      fprintf(stderr, "ZORVEL_GALLERY_FORMAT=%s is none of SVG, PDF, IPE, CGM, WMF, EMF, HPGL, GKSL, PNG, PS, EPS: writing %s\n",
               format, file);
     }
   }
@@ -79,6 +88,10 @@ static void gallery_output(const char* device, const char* file) {
     file = name;
   }
   metafl(device);
+  if (gallery_same_word(device, "HPGL")) {
+    const char* two = getenv("ZORVEL_GALLERY_HPGL2");
+    hpmode(two != NULL && two[0] == '1' ? "HPG2" : "HPGL");
+  }
   setfil(file);
   if (png) {
     const char* smooth = getenv("ZORVEL_GALLERY_ANTIALIAS");

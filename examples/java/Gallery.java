@@ -1,6 +1,6 @@
 // The output of a gallery example, as examples/gallery.h chooses it for the C examples:
 // the example's own PostScript device and file, or with ZORVEL_GALLERY_FORMAT=SVG, PDF,
-// IPE, CGM, WMF, EMF or PNG that format, the file's extension .eps or .ps replaced. PNG pages are anti-aliased
+// IPE, CGM, WMF, EMF, HPGL, GKSL or PNG that format, the file's extension .eps or .ps replaced. PNG pages are anti-aliased
 // (unless ZORVEL_GALLERY_ANTIALIAS is OFF), dark on white paper, at 100 dots per inch. Not an example itself: the gallery's runner
 // leaves it out.
 import static zorvel.Zorvel.*;
@@ -31,13 +31,19 @@ final class Gallery {
       } else if (format.equalsIgnoreCase("EMF")) {
         device = "EMF";
         ext = ".emf";
+      } else if (format.equalsIgnoreCase("HPGL")) {
+        device = "HPGL";
+        ext = ".hpg";
+      } else if (format.equalsIgnoreCase("GKSL")) {
+        device = "GKSL";
+        ext = ".met";
       } else if (format.equalsIgnoreCase("PNG")) {
         device = "PNG";
         ext = ".png";
         png = true;
       } else if (!format.equalsIgnoreCase("PS") && !format.equalsIgnoreCase("EPS")) {
         System.err.println("ZORVEL_GALLERY_FORMAT=" + format
-            + " is none of SVG, PDF, IPE, CGM, WMF, EMF, PNG, PS, EPS: writing " + file);
+            + " is none of SVG, PDF, IPE, CGM, WMF, EMF, HPGL, GKSL, PNG, PS, EPS: writing " + file);
       }
     }
     if (ext != null) {
@@ -47,6 +53,10 @@ final class Gallery {
       file = stem + ext;
     }
     metafl(device);
+    if (device.equals("HPGL")) {
+      String two = System.getenv("ZORVEL_GALLERY_HPGL2");
+      hpmode(two != null && two.startsWith("1") ? "HPG2" : "HPGL");
+    }
     setfil(file);
     if (png) {
       scrmod("REVERS");
