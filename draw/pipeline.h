@@ -302,6 +302,9 @@ class ShapeSource {
  public:
   // Draws the shape with its origin at (0, 0), plot units, by calls of r.move and r.draw.
   virtual void record(class ShapeRecorder& r) const = 0;
+  // True for a filled shape: every move starts a closed contour, and the contours are
+  // filled by the non-zero rule in the current colour instead of stroked.
+  virtual bool filled() const { return false; }
 
  protected:
   ~ShapeSource() = default;

@@ -118,6 +118,12 @@ enum DriverCaps : unsigned {
                      //   reference; without it the pipeline sends the polylines each time
   kCapSectors = 128U,  // sector() fills annular sectors (pie slices) with true arcs;
                        //   without it the pipeline fills a polygon
+  kCapFilledShapes = 256U,  // place_shape() also takes filled shapes (Shape::filled): the
+                            //   contours of outline glyphs, defined once and placed by
+                            //   reference; without it the pipeline fills them each time
+  kCapFontFiles = 512U,  // text() takes runs in outline font files (TextRun::file) and
+                         //   embeds the glyphs they use; without it outline glyphs are
+                         //   filled paths
 };
 
 // Line width of linwid as the pipeline hands it to the driver.
@@ -161,7 +167,19 @@ struct GlyphPlace {
   std::uint32_t unicode = 0;  // the character
   std::uint8_t code = 0;      // its code in the face's 8-bit encoding (PostScript:
                               //   ASCII, 127..186 the accented letters in the order of
-                              //   the GermanVec vector, 187 copyright; Symbol's own)
+                              //   the GermanVec vector, 187 copyright; Symbol's own);
+                              //   0: outside the encoding, shown by its glyph name
+                              //   (ps_glyph_name of text/ps_fonts.h)
+  std::uint32_t glyph = 0;    // runs in a font file: the glyph index in the file, and
+                              //   (x, y) is the glyph's origin on the base line
+};
+
+// An outline font file whose glyphs a text run uses (drivers with kCapFontFiles).
+struct FontFileRef {
+  std::string_view path;     // the file (TrueType, OpenType or Type 1)
+  int face_index = 0;        // face of a collection
+  std::string_view ps_name;  // PostScript name of the face: "DejaVuSans-Bold"
+  std::uint64_t id = 0;      // the same for every run of the same face during a plot
 };
 
 // Text in the device's own font (hwfont). The text engine lays out and measures every
@@ -170,7 +188,10 @@ struct GlyphPlace {
 struct TextRun {
   std::string_view utf8;               // the run's characters as UTF-8
   std::span<const GlyphPlace> glyphs;  // one per character of utf8, in order
-  std::string_view face;               // font name: "Times-Roman", "Times-Italic", "Symbol"
+  std::string_view face;               // font name: one of the 35 standard PostScript
+                                       //   fonts ("Times-Roman", "Symbol", ...)
+  const FontFileRef* file = nullptr;   // an outline font file instead (kCapFontFiles):
+                                       //   glyphs by index, placed at their origins
   double angle = 0.0;                  // base line, degrees from the device x axis towards y
   double size = 0.0;                   // font size (em) in device units
   double stretch = 1.0;                // horizontal stretch of the characters, 0 < s < 2
@@ -182,6 +203,8 @@ struct TextRun {
 // two points. `id` numbers the shapes of one plot from 0: the same id is the same shape.
 struct Shape {
   int id = 0;
+  bool filled = false;  // closed contours (each at least 3 points) filled by the non-zero
+                        //   rule in the current colour, not stroked (kCapFilledShapes)
   std::span<const double> xs;
   std::span<const double> ys;
   std::span<const int> ends;

@@ -23,6 +23,9 @@ packages=(
   jupyter-nbconvert python3-ipykernel  # the example notebook, run headless
   proj-bin              # map projections checked against PROJ (maps.proj)
   gmt gmt-gshhg-low     # the map files generated from GSHHG (tools/mapdata), read back by gmt
+  libfreetype-dev libfontconfig-dev  # outline fonts (fonts/)
+  fonts-urw-base35 fonts-dejavu-core  # the standard fonts' outlines; DejaVu in tests and gallery
+  xfonts-base pcf2bdf   # bitmap fonts: BDF files made from the X fonts
 )
 [ $# -gt 0 ] && packages=("$@")
 missing=()
