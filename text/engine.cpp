@@ -24,7 +24,7 @@ namespace zorvel {
 namespace {
 
 constexpr int kNumberText = 41;      // characters of a formatted number, terminator included
-constexpr int kUndrawable = 211;     // warning: a character without a glyph
+constexpr int kUndrawable = 214;     // warning: a character without a glyph
 
 
 // "%5d": the integer right-aligned in five columns (wider when it needs more).

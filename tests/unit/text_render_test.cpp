@@ -158,7 +158,7 @@ TEST(TextDraw, OutlineGlyphsAreOnePathOfTheirContours) {
   ASSERT_EQ(p.rec->fills.size(), 1U);
   EXPECT_EQ(p.rec->fills[0].ends, (std::vector<int>{kRing - 1, 2 * kRing - 2, 3 * kRing - 3}));
   EXPECT_EQ(p.rec->fills[0].rule, FillRule::EvenOdd);
-  EXPECT_EQ(p.text(), " <<<< Warning 211: Character cannot be drawn in test!   ( 33)\n");
+  EXPECT_EQ(p.text(), " <<<< Warning 214: Character cannot be drawn in test!   ( 33)\n");
 
   api::complx(g);
   p.rec->fills.clear();
@@ -256,8 +256,8 @@ TEST(TextDraw, BadInputAndCharactersWithoutGlyph) {
   api::chacod(g, "ISO1");
   p.draw("x\xA2");
   EXPECT_EQ(p.text().substr(before),
-            " <<<< Warning 211: Character cannot be drawn in test!   ( 8364)\n"
-            " <<<< Warning 211: Character cannot be drawn in test!   ( 162)\n");
+            " <<<< Warning 214: Character cannot be drawn in test!   ( 8364)\n"
+            " <<<< Warning 214: Character cannot be drawn in test!   ( 162)\n");
 
   api::chacod(g, "STAN");
   std::string all;
