@@ -15,6 +15,7 @@
 #include "core/page.h"
 #include "draw/colour.h"
 #include "draw/pipeline.h"
+#include "fonts/font_state.h"
 #include "maps/map_state.h"
 #include "raster/raster_state.h"
 #include "text/text_state.h"
@@ -28,6 +29,7 @@ struct GlobalBlock {
   PipelineState pipe;  // vector pipeline and the output driver
   ColourState colour;  // colour table and the current colour
   TextState text;      // text parameters, the loaded font, the string being drawn
+  FontFileState fonts;  // outline and bitmap fonts: faces read, fntopt, the font in use
   CallbackState callbacks;  // the program's widget, window and surface callbacks
   AxisState axes;      // axis systems, their scaling, ticks, labels and names
   CurveState curves;   // curves, symbols, and what each curve was drawn with

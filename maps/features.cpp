@@ -9,8 +9,6 @@
 // there gives warning 281 and the built-in data is drawn instead (rivers have none).
 // "AUTO" picks the resolution by the map's scale.
 
-#include <dlfcn.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
@@ -20,6 +18,7 @@
 
 #include "api_decl.h"
 #include "core/global_block.h"
+#include "core/install_dirs.h"
 #include "core/keywords.h"
 #include "core/messages.h"
 #include "draw/colour.h"
@@ -64,30 +63,17 @@ MapResolution resolution(const GlobalBlock& g) {
   return static_cast<MapResolution>(r);
 }
 
-// The directory of the shared library holding this code, for the relocatable data path.
-std::filesystem::path library_directory() {
-  Dl_info info{};
-  if (dladdr(reinterpret_cast<void*>(&library_directory), &info) == 0 ||
-      info.dli_fname == nullptr) {
-    return {};
-  }
-  std::error_code ec;
-  const std::filesystem::path p = std::filesystem::canonical(info.dli_fname, ec);
-  return ec ? std::filesystem::path{} : p.parent_path();
-}
-
 // The path of a map data file, or "" when it is in none of the data directories.
 std::string find_map_file(const std::string& name) {
   std::error_code ec;
-  if (const char* dir = std::getenv("ZORVEL"); dir != nullptr && *dir != '\0') {
-    const std::filesystem::path p = std::filesystem::path(dir) / "map" / name;
+  if (const std::filesystem::path dir = env_directory(); !dir.empty()) {
+    const std::filesystem::path p = dir / "map" / name;
     if (std::filesystem::is_regular_file(p, ec)) {
       return p.string();
     }
   }
-  const std::filesystem::path lib = library_directory();
-  if (!lib.empty()) {
-    const std::filesystem::path p = lib.parent_path() / "share" / "zorvel" / "map" / name;
+  if (const std::filesystem::path share = installed_data_directory(); !share.empty()) {
+    const std::filesystem::path p = share / "map" / name;
     if (std::filesystem::is_regular_file(p, ec)) {
       return p.string();
     }

@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "core/global_block.h"
+#include "text/file_fonts.h"
 #include "text/font.h"
 #include "text/formula.h"
 #include "text/layout.h"
@@ -94,6 +95,7 @@ void begin_string(TextState& t) {
   w.fixed_factor = t.fixed_factor;
   w.fell_back = false;
   w.colour = -1;
+  w.prev_face = -1;
   t.font.selected = -1;
 }
 
@@ -192,6 +194,10 @@ void lay_code(GlobalBlock& g, LaidGlyph& e, int code) {
   TextState& t = g.text;
   TextWork& w = t.work;
   e.code = code;
+  if (lay_file_code(g, e, code)) {
+    return;
+  }
+  w.prev_face = -1;
   MappedCode m = map_charset(t.charset, code, w.alphabet);
   // Signs that the fonts lack but a raised small character shows well: the degree
   // sign and the superscript digits.

@@ -38,6 +38,9 @@ enum class GlyphKind : std::uint8_t {
             //   from pen + inset over `width`, from `raise` up to `raise + thick`
   Symbol,   // plot symbol `font_code` (axes/symbols.h), `width` high, centred on the
             //   cell from `raise` up
+  File,     // a glyph of an outline font (ttfont, winfnt): `gid` of face `face_slot` of
+            //   the block's faces, filled (or text in the font file where drivers embed)
+  Bitmap,   // a glyph of the bitmap font (bmpfnt): `gid` is its code, drawn as pixel runs
   Shape,    // a drawn sign of formulas that stretches (radicals, delimiters, accents):
             //   `glyph` names it (TexShape), in the same cell as a rule; drawn as lines,
             //   or filled `weight` thick when weight > 0
@@ -71,6 +74,12 @@ struct LaidGlyph {
   const AlphabetSlot* slot = nullptr;  // tables of a glyph of another font than the
                                        //   loaded one ({F} commands); null: the loaded font's
   double weight = 0.0;         // Shape: stroke thickness, plot units; 0 drawn as lines
+  std::uint32_t gid = 0;       // File: glyph index in its face; Bitmap: the glyph's code
+  std::uint32_t unicode = 0;   // File, Bitmap and standard-font glyphs: the character
+  std::int16_t face_slot = -1; // File: face in g.fonts.faces
+  std::int16_t ps_id = -1;     // Driver glyphs of psfont: the standard font (ps_fonts.h)
+  double own_width = 0.0;      // File and standard-font glyphs: the glyph's own advance,
+                               //   plot units (the cell may be wider: fixed spacing)
 };
 
 struct TextLayout {

@@ -22,7 +22,9 @@
 #include "core/global_block.h"
 #include "draw/colour.h"
 #include "draw/pipeline.h"
+#include "text/file_fonts.h"
 #include "text/font.h"
+#include "text/ps_fonts.h"
 #include "text/formula.h"
 #include "text/layout.h"
 
@@ -175,7 +177,7 @@ bool fill_outline(GlobalBlock& g, const AlphabetSlot& s, int glyph, const GlyphF
 
 // Driver glyphs that can share one text run.
 bool same_run(const LaidGlyph& a, const LaidGlyph& b) {
-  return a.face == b.face && a.size == b.size && a.stretch == b.stretch;
+  return a.face == b.face && a.ps_id == b.ps_id && a.size == b.size && a.stretch == b.stretch;
 }
 
 // Hands the collected driver glyphs to the pipeline as one run in the face of `head`.
@@ -187,9 +189,10 @@ void send_run(GlobalBlock& g, const LaidGlyph& head) {
   }
   TextRun run;
   run.glyphs = places;
-  run.face = driver_face_name(head.face);
+  run.face = head.ps_id >= 0 ? ps_font(head.ps_id).name : driver_face_name(head.face);
   run.angle = t.angle;
-  run.size = kDriverEmPerHeight * t.height * head.size;
+  // Standard fonts: the em whose capitals are the base font's height.
+  run.size = head.ps_id >= 0 ? head.unit_y * 1000.0 : kDriverEmPerHeight * t.height * head.size;
   run.stretch = head.stretch;
   draw_text_run(g, run);
   places.clear();
@@ -224,6 +227,10 @@ int render_layout(GlobalBlock& g, const TextLayout& layout, double& x, double& y
   const LaidGlyph* head = nullptr;  // first glyph of the run being collected
   int undrawn = layout.missing;
   const int colour = g.colour.current;
+  FileRun& file_run = t.scratch.file_run;
+  file_run.places.clear();
+  file_run.face = -1;
+  const bool driver_text = (g.pipe.caps & kCapText) != 0U;
   for (const LaidGlyph& e : layout.glyphs) {
     if (e.lead != 0.0) {
       x += e.lead * cs;
@@ -246,7 +253,11 @@ int render_layout(GlobalBlock& g, const TextLayout& layout, double& x, double& y
           send_run(g, *head);
           head = nullptr;
         }
+        flush_file_run(g, file_run);
         set_colour(g, want);
+      }
+      if (e.kind != GlyphKind::File) {
+        flush_file_run(g, file_run);
       }
       if (e.kind == GlyphKind::Rule || e.kind == GlyphKind::Shape) {
         if (head != nullptr) {
@@ -268,6 +279,15 @@ int render_layout(GlobalBlock& g, const TextLayout& layout, double& x, double& y
         const double v = e.raise + 0.5 * e.width;
         draw_symbol(g, e.font_code, x + u * cs - v * sn, y - v * cs - u * sn,
                     round_int(e.width));
+      } else if (e.kind == GlyphKind::File || e.kind == GlyphKind::Bitmap ||
+                 (e.kind == GlyphKind::Driver && e.ps_id >= 0 && !driver_text)) {
+        if (head != nullptr) {
+          send_run(g, *head);
+          head = nullptr;
+        }
+        if (!draw_font_glyph(g, e, x, y, file_run) && undrawn < 0) {
+          undrawn = e.code;
+        }
       } else if (e.kind == GlyphKind::Driver) {
         if (head != nullptr && !same_run(*head, e)) {
           send_run(g, *head);
@@ -275,13 +295,19 @@ int render_layout(GlobalBlock& g, const TextLayout& layout, double& x, double& y
         if (places.empty()) {
           head = &e;
         }
-        // The character centred on its cell on the base line.
-        const double u = e.inset + 0.5 * e.width;
+        // The character centred on its cell on the base line (standard fonts: on its own
+        // width, as their outlines are drawn elsewhere).
+        const double u = e.inset + 0.5 * (e.ps_id >= 0 ? e.own_width : e.width);
         GlyphPlace& p = places.emplace_back();
         p.x = x - sn * e.raise + u * cs;
         p.y = y - cs * e.raise - u * sn;
-        p.code = static_cast<std::uint8_t>(e.font_code);
-        p.unicode = driver_unicode(e.face, e.font_code);
+        if (e.ps_id >= 0) {
+          p.code = static_cast<std::uint8_t>(ps_code(e.ps_id, e.unicode));
+          p.unicode = e.unicode;
+        } else {
+          p.code = static_cast<std::uint8_t>(e.font_code);
+          p.unicode = driver_unicode(e.face, e.font_code);
+        }
       } else {
         if (head != nullptr) {
           send_run(g, *head);
@@ -313,6 +339,7 @@ int render_layout(GlobalBlock& g, const TextLayout& layout, double& x, double& y
   if (head != nullptr) {
     send_run(g, *head);
   }
+  flush_file_run(g, file_run);
   if (g.colour.current != colour) {
     set_colour(g, colour);
   }

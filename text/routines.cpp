@@ -34,6 +34,12 @@ bool has_driver_font(const GlobalBlock& g) {
   return g.pipe.driver && (g.pipe.caps & kCapText) != 0U;
 }
 
+// Loads a stroke font, leaving any outline, bitmap or standard font.
+void select_stroke_font(GlobalBlock& g, int type) {
+  load_font(g.text.font, type);
+  forget_font_file(g.fonts);
+}
+
 }  // namespace
 
 namespace api {
@@ -116,22 +122,22 @@ void frmess(GlobalBlock& g, int nfrm) {
   }
 }
 
-void zoralf(GlobalBlock& g) { load_font(g.text.font, kFontZoralf); }
-void complx(GlobalBlock& g) { load_font(g.text.font, kFontComplx); }
-void simplx(GlobalBlock& g) { load_font(g.text.font, kFontSimplx); }
-void duplx(GlobalBlock& g) { load_font(g.text.font, kFontDuplx); }
-void triplx(GlobalBlock& g) { load_font(g.text.font, kFontTriplx); }
-void gothic(GlobalBlock& g) { load_font(g.text.font, kFontGothic); }
-void helve(GlobalBlock& g) { load_font(g.text.font, kFontHelve); }
-void helves(GlobalBlock& g) { load_font(g.text.font, kFontHelves); }
-void helvet(GlobalBlock& g) { load_font(g.text.font, kFontHelvet); }
-void serif(GlobalBlock& g) { load_font(g.text.font, kFontSerif); }
+void zoralf(GlobalBlock& g) { select_stroke_font(g, kFontZoralf); }
+void complx(GlobalBlock& g) { select_stroke_font(g, kFontComplx); }
+void simplx(GlobalBlock& g) { select_stroke_font(g, kFontSimplx); }
+void duplx(GlobalBlock& g) { select_stroke_font(g, kFontDuplx); }
+void triplx(GlobalBlock& g) { select_stroke_font(g, kFontTriplx); }
+void gothic(GlobalBlock& g) { select_stroke_font(g, kFontGothic); }
+void helve(GlobalBlock& g) { select_stroke_font(g, kFontHelve); }
+void helves(GlobalBlock& g) { select_stroke_font(g, kFontHelves); }
+void helvet(GlobalBlock& g) { select_stroke_font(g, kFontHelvet); }
+void serif(GlobalBlock& g) { select_stroke_font(g, kFontSerif); }
 
 void hwfont(GlobalBlock& g) {
   // The driver font stands on the complx record: its alphabets without a driver face
   // (math, script, Russian) are drawn with complx strokes, and on devices without fonts
   // of their own hwfont is complx.
-  load_font(g.text.font, kFontComplx);
+  select_stroke_font(g, kFontComplx);
   if (has_driver_font(g)) {
     g.text.font.mode = FontMode::Driver;
   }

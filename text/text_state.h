@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "drivers/driver.h"
+#include "text/file_fonts.h"
 #include "text/font_data.h"
 #include "text/layout.h"
 #include "text/mix_state.h"
@@ -31,7 +32,11 @@ inline constexpr double kItalicRise = static_cast<double>(3.732F);
 // Font modes.
 enum class FontMode : int {
   Stroke = 0,  // stroke and outline glyphs of the font tables, drawn by the pipeline
-  Driver = 1,  // the output device's own font (PostScript Times-Roman), see driver_font.h
+  Driver = 1,  // the output device's own font (PostScript Times-Roman), see driver_font.h,
+               //   or a standard PostScript font of psfont (text/ps_fonts.h)
+  Window = 2,  // a system font found by fontconfig (winfnt), drawn from its outlines
+  Bitmap = 3,  // a BDF bitmap font (bmpfnt)
+  File = 4,    // an outline font file (ttfont)
 };
 
 // One alphabet of the loaded font as the font routine registered it, with the caches
@@ -93,6 +98,8 @@ struct TextWork {
   double fixed_factor = 1.0;
   bool fell_back = false;         // the previous character fell back to STAN
   int colour = -1;                // colour value of the characters; -1: the current one
+  int prev_face = -1;             // outline and standard fonts: the face and character of
+  std::uint32_t prev_char = 0;    //   the glyph before, for kerning (-1: none)
 };
 
 // Buffers of the renderer, kept between strings: once they have grown to the largest
@@ -102,6 +109,7 @@ struct TextScratch {
   std::vector<double> ys;
   std::vector<int> ends;           // end index of every contour
   std::vector<GlyphPlace> places;  // the driver-font run being collected
+  FileRun file_run;                // the run in a font file being collected
 };
 
 struct TextState {
