@@ -110,6 +110,7 @@ inline constexpr int kMaxShapes = 4096;
 struct ShapeCache {
   struct Entry {
     ShapeKey key{};
+    bool filled = false;  // closed contours filled by the non-zero rule, not polylines
     int ends_from = 0;  // its polylines: ends[ends_from .. ends_from + polylines)
     int polylines = 0;
     int points_from = 0;  // its points in plot units and device units from this index
@@ -310,14 +311,17 @@ class ShapeSource {
   ~ShapeSource() = default;
 };
 
+// Collects a source's polylines into the cache; pieces too short to draw (one point of a
+// polyline, fewer than three of a contour) are dropped as the next move begins.
 class ShapeRecorder {
  public:
-  explicit ShapeRecorder(ShapeCache& c) : c_(c) {}
+  ShapeRecorder(ShapeCache& c, bool contours) : c_(c), min_points_(contours ? 3 : 2) {}
   void move(double x, double y);
   void draw(double x, double y);
 
  private:
   ShapeCache& c_;
+  int min_points_;
 };
 
 // Draws the shape of `key` with its origin at (x, y) (plot units before the origin
@@ -325,6 +329,10 @@ class ShapeRecorder {
 // the pipeline would change its lines: solid, unshifted, untransformed, unwidened and
 // wholly inside the clip rectangle. False when it did not (the caller draws the
 // polylines itself).
+// A filled source goes to drivers with kCapFilledShapes when fill_path would hand its
+// contours unchanged to the driver's fill: solid pattern, no transform, wholly inside
+// the clip region. False otherwise (the caller fills the contours with fill_path). As
+// fill_path, it leaves the current point where it was and counts no vectors.
 bool place_shape(GlobalBlock& g, const ShapeKey& key, double x, double y,
                  const ShapeSource& source);
 // Forgets the shapes of the last plot.

@@ -8,6 +8,11 @@
 // parallel strokes, and either no clipping or the shape wholly inside the clip rectangle.
 // The dispatch is affine for every device, so a shape's device polylines are the same
 // wherever it is placed.
+//
+// Filled shapes (the contours of outline glyphs) take the same way to drivers with
+// kCapFilledShapes when fill_path would hand their contours unchanged to the driver's
+// fill: the solid pattern, no plane or affine transform, and the shape wholly inside the
+// clip region (or no clipping). Line style and width do not matter to them.
 
 #include <algorithm>
 #include <cmath>
@@ -28,7 +33,7 @@ std::uint64_t hash_key(const ShapeKey& key) {
 }
 
 // Records the shape of `key` from `source`, in plot units and device units. Null when it
-// draws no line, or the table is full.
+// draws no line (fills no contour), or the table is full.
 const ShapeCache::Entry* record_shape(PipelineState& p, const ShapeKey& key,
                                       const ShapeSource& source) {
   ShapeCache& c = p.shapes;
@@ -38,18 +43,26 @@ const ShapeCache::Entry* record_shape(PipelineState& p, const ShapeKey& key,
   c.plot_x.clear();
   c.plot_y.clear();
   c.plot_ends.clear();
-  ShapeRecorder rec(c);
+  ShapeRecorder rec(c, source.filled());
   source.record(rec);
-  // Close the last polyline (polylines of one point draw nothing and are dropped), then
-  // take back the start that closing it began.
+  // Close the last polyline (polylines of one point and contours of two draw nothing and
+  // are dropped), then take back the start that closing it began.
   rec.move(0.0, 0.0);
   c.plot_x.pop_back();
   c.plot_y.pop_back();
   if (c.plot_ends.empty()) {
     return nullptr;
   }
+  // Points far off or not numbers would not reach the driver as they are (fill_path
+  // leaves out a path with one of them): such a source is drawn the ordinary way.
+  for (std::size_t i = 0; i < c.plot_x.size(); ++i) {
+    if (!(std::fabs(c.plot_x[i]) < 1e9 && std::fabs(c.plot_y[i]) < 1e9)) {
+      return nullptr;
+    }
+  }
   ShapeCache::Entry e;
   e.key = key;
+  e.filled = source.filled();
   e.ends_from = static_cast<int>(c.ends.size());
   e.points_from = static_cast<int>(c.dev_x.size());
   double ox = 0.0;
@@ -110,12 +123,26 @@ bool inside(const ClipRect& r, double x0, double y0, double x1, double y1) {
          y0 >= r.ymin - kClipTolerance && y1 <= r.ymax + kClipTolerance;
 }
 
+// Whether nothing of the pipeline would change the shape's lines or fill.
+bool placeable(const PipelineState& p, bool filled) {
+  if (!p.driver || p.plane || p.affine) {
+    return false;
+  }
+  if (filled) {
+    return (p.caps & kCapFilledShapes) != 0U && (p.caps & kCapFill) != 0U &&
+           p.pattern.number == kSolidPattern;
+  }
+  return (p.caps & kCapShapes) != 0U && p.dash_count == 1 && p.side_offset == 0.0 &&
+         p.strokes <= 1 &&
+         !(p.clip_mode != ClipMode::None && p.clip_mode != ClipMode::Rect && p.circle);
+}
+
 }  // namespace
 
 void ShapeRecorder::move(double x, double y) {
   const auto n = static_cast<int>(c_.plot_x.size());
   const int start = c_.plot_ends.empty() ? 0 : c_.plot_ends.back();
-  if (n - start >= 2) {
+  if (n - start >= min_points_) {
     c_.plot_ends.push_back(n);
   } else {
     c_.plot_x.resize(static_cast<std::size_t>(start));
@@ -133,9 +160,8 @@ void ShapeRecorder::draw(double x, double y) {
 bool place_shape(GlobalBlock& g, const ShapeKey& key, double x, double y,
                  const ShapeSource& source) {
   PipelineState& p = g.pipe;
-  if ((p.caps & kCapShapes) == 0U || !p.driver || p.dash_count != 1 ||
-      p.side_offset != 0.0 || p.plane || p.affine || p.strokes > 1 ||
-      (p.clip_mode != ClipMode::None && p.clip_mode != ClipMode::Rect && p.circle)) {
+  const bool filled = source.filled();
+  if (!placeable(p, filled)) {
     return false;
   }
   const double ox = g.page.origin_x + x;
@@ -144,11 +170,15 @@ bool place_shape(GlobalBlock& g, const ShapeKey& key, double x, double y,
     return false;
   }
   const ShapeCache::Entry* e = find_shape(p, key, source);
-  if (e == nullptr) {
+  if (e == nullptr || e->filled != filled) {
     return false;
   }
-  if (p.clip_mode != ClipMode::None &&
-      !inside(p.clip, ox + e->xmin, oy + e->ymin, ox + e->xmax, oy + e->ymax)) {
+  // Lines are clipped with the tolerance of the clip rectangle; fills are cut to the
+  // rectangle, or to the square of a clip circle, whose inside box_inside_clip keeps to.
+  const ClipRect box{ox + e->xmin, oy + e->ymin, ox + e->xmax, oy + e->ymax};
+  if (filled ? !box_inside_clip(p, box)
+             : p.clip_mode != ClipMode::None &&
+                   !inside(p.clip, box.xmin, box.ymin, box.xmax, box.ymax)) {
     return false;
   }
   end_polyline(g);
@@ -158,6 +188,7 @@ bool place_shape(GlobalBlock& g, const ShapeKey& key, double x, double y,
   const ShapeCache& c = p.shapes;
   Shape s;
   s.id = static_cast<int>(e - c.entries.data());
+  s.filled = filled;
   s.xs = std::span<const double>(c.dev_x).subspan(static_cast<std::size_t>(e->points_from),
                                                   static_cast<std::size_t>(e->points));
   s.ys = std::span<const double>(c.dev_y).subspan(static_cast<std::size_t>(e->points_from),
@@ -170,6 +201,11 @@ bool place_shape(GlobalBlock& g, const ShapeKey& key, double x, double y,
   s.ymax = e->dymax;
   p.driver->place_shape(s, dx, dy);
   check_driver(g);
+  if (filled) {
+    // As fill_path: a driver's fill counts no vectors, and lines go on from where they
+    // were.
+    return true;
+  }
   const long long vectors = g.core.vectors + (e->points - e->polylines);
   g.core.vectors = static_cast<int>(std::min<long long>(vectors, 0x7fffffff));
   // The glyph's polylines are finished: a draw that follows starts from its origin.

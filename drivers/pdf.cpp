@@ -452,7 +452,8 @@ class PdfDriver final : public Driver {
   }
   long long overflows() const override { return content_ ? content_->overflows() : 0; }
   unsigned caps() const override {
-    return kCapFill | kCapText | kCapWidths | kCapImages | kCapAlpha | kCapShapes;
+    return kCapFill | kCapText | kCapWidths | kCapImages | kCapAlpha | kCapShapes |
+           kCapFilledShapes;
   }
 
  private:
@@ -491,6 +492,7 @@ class PdfDriver final : public Driver {
 
   // The graphics state as it was last written.
   void use_fill_colour(Rgb c);
+  int define_filled_form(const Shape& shape);
   void use_alpha(int a);
   int use_font(std::string_view face);
 
@@ -528,6 +530,7 @@ class PdfDriver final : public Driver {
   std::vector<int> shape_objs_;
   std::vector<std::uint8_t> shape_on_page_;
   std::vector<Form> forms_;
+  std::vector<long long> form_points_;  // one contour of a filled form, as written
   int encoding_obj_ = 0;
   int images_ = 0;
   std::vector<unsigned char> row_;     // one row of image samples
@@ -1150,7 +1153,8 @@ void PdfDriver::text(const TextRun& run) {
 
 // A shape of the pipeline (a glyph) becomes a form XObject the first time it is drawn:
 // its polylines relative to its origin, stroked with the graphics state of the place where
-// it is drawn. Every drawing is then "q 1 0 0 1 x y cm /S4 Do Q". The forms are written
+// it is drawn (a filled shape: its contours, filled). Every drawing is then
+// "q 1 0 0 1 x y cm /S4 Do Q". The forms are written
 // after the page that first uses them; later pages refer to the same objects.
 void PdfDriver::place_shape(const Shape& shape, double x, double y) {
   end_path();
@@ -1159,7 +1163,9 @@ void PdfDriver::place_shape(const Shape& shape, double x, double y) {
     shape_objs_.resize(id + 1, 0);
     shape_on_page_.resize(id + 1, 0);
   }
-  if (shape_objs_[id] == 0) {
+  if (shape_objs_[id] == 0 && shape.filled) {
+    shape_objs_[id] = define_filled_form(shape);
+  } else if (shape_objs_[id] == 0) {
     Form f{file_->reserve(), {}, shape.xmin, shape.ymin, shape.xmax, shape.ymax};
     std::size_t from = 0;
     for (const int to : shape.ends) {
@@ -1197,6 +1203,11 @@ void PdfDriver::place_shape(const Shape& shape, double x, double y) {
     shape_on_page_[id] = 1;
     page_shapes_.push_back(shape.id);
   }
+  if (shape.filled) {
+    // The form fills in the fill colour of the place where it is drawn, which the lines
+    // (RG) do not set.
+    use_fill_colour(colour_);
+  }
   use_alpha(colour_.a);
   word("q ");
   word("1 0 0 1 ");
@@ -1207,6 +1218,45 @@ void PdfDriver::place_shape(const Shape& shape, double x, double y) {
   char* end = format_int(name + 2, shape.id);
   end = std::copy_n(" Do Q ", 6, end);
   word({name, static_cast<std::size_t>(end - name)});
+}
+
+// A filled shape as a form: its contours relative to the origin, each "m l ... h", filled
+// by the non-zero rule (f) in the fill colour of the place where it is drawn. Repeated
+// points are left out, and contours left with fewer than three points. Returns the
+// form's object.
+int PdfDriver::define_filled_form(const Shape& shape) {
+  Form f{file_->reserve(), {}, shape.xmin, shape.ymin, shape.xmax, shape.ymax};
+  const std::size_t n = std::min(shape.xs.size(), shape.ys.size());
+  std::vector<long long>& pts = form_points_;
+  std::size_t from = 0;
+  bool any = false;
+  for (const int end_index : shape.ends) {
+    const std::size_t to = std::min(n, static_cast<std::size_t>(std::max(end_index, 0)));
+    pts.clear();
+    for (auto i = from; i < to; ++i) {
+      const long long px = scaled(shape.xs[i], kPathDecimals);
+      const long long py = scaled(shape.ys[i], kPathDecimals);
+      if (pts.empty() || px != pts[pts.size() - 2] || py != pts.back()) {
+        pts.push_back(px);
+        pts.push_back(py);
+      }
+    }
+    from = std::max(from, to);
+    if (pts.size() < 6) {
+      continue;
+    }
+    for (std::size_t i = 0; i < pts.size(); i += 2) {
+      append_scaled(f.content, pts[i], pts[i + 1], i == 0 ? "m " : "l ");
+    }
+    f.content += "h\n";
+    any = true;
+  }
+  if (any) {
+    f.content += "f\n";
+  }
+  const int obj = f.obj;
+  forms_.push_back(std::move(f));
+  return obj;
 }
 
 // The forms defined since the last call. The bounding box leaves room for wide lines.

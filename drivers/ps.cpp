@@ -10,6 +10,8 @@
 //   x y w v r g b e   filled rectangle with the corners (x, y) and (w, v)
 //   x y G7            a polyline of a shape drawn before (glyph strokes, markers),
 //                     defined once per page as a procedure when it appears a second time
+//   x y S4            a shape of the pipeline (a glyph's strokes, or its filled
+//                     contours), defined once per page as a procedure at its first use
 //
 // The prolog's `cm` turns driver units into points (72/508 = 0.1417322835 points per
 // unit); the placement line moves the page to its offset on the sheet and applies the
@@ -202,7 +204,7 @@ class PsDriver final : public Driver {
   // Paths are filled natively: rectangles through the prolog's `e`, others as paths,
   // sectors through `sec`.
   unsigned caps() const override {
-    return kCapFill | kCapText | kCapWidths | kCapShapes | kCapSectors;
+    return kCapFill | kCapText | kCapWidths | kCapShapes | kCapSectors | kCapFilledShapes;
   }
   void place_shape(const Shape& shape, double x, double y) override;
 
@@ -218,6 +220,7 @@ class PsDriver final : public Driver {
   void end_polyline();
   bool reuse_polyline();
   void define_shape(const Shape& shape);
+  void define_filled_shape(const Shape& shape);
 
   std::unique_ptr<TextWriter> out_;
   bool eps_ = false;
@@ -519,7 +522,11 @@ void PsDriver::place_shape(const Shape& shape, double x, double y) {
     shapes_defined_.resize(id + 1, 0);
   }
   if (!shapes_defined_[id]) {
-    define_shape(shape);
+    if (shape.filled) {
+      define_filled_shape(shape);
+    } else {
+      define_shape(shape);
+    }
     shapes_defined_[id] = 1;
   }
   TextWriter& out = *out_;
@@ -581,6 +588,65 @@ void PsDriver::define_shape(const Shape& shape) {
     out.word("p ");
   }
   out.words("grestore } def ");
+  count_ = 0;
+}
+
+// A filled shape: its contours relative to the origin as one path, filled by the
+// non-zero rule in the current colour ("/S5 { gsave cm exch cm exch translate 0 0 u 9 0 d
+// 9 9 d closepath 2 2 cm exch cm exch moveto ... closepath fill grestore } def").
+// Repeated points are left out; a contour left with fewer than three points encloses
+// nothing and is left out too.
+void PsDriver::define_filled_shape(const Shape& shape) {
+  TextWriter& out = *out_;
+  char name[kNumberBuffer + 3] = "/S";
+  char* end = format_int(name + 2, shape.id);
+  *end++ = ' ';
+  out.word({name, static_cast<std::size_t>(end - name)});
+  out.words("{ gsave cm exch cm exch translate ");
+  auto unit = [](double v) { return static_cast<int>(std::floor(std::clamp(v, -1e9, 1e9) + 0.5)); };
+  const std::size_t n = std::min(shape.xs.size(), shape.ys.size());
+  bool path_begun = false;
+  std::size_t from = 0;
+  for (const int end_index : shape.ends) {
+    const std::size_t to = std::min(n, static_cast<std::size_t>(std::max(end_index, 0)));
+    // The distinct points first, to know whether the contour encloses anything.
+    int distinct = 0;
+    int lx = 0;
+    int ly = 0;
+    for (auto i = from; i < to && distinct < 3; ++i) {
+      const int px = unit(shape.xs[i]);
+      const int py = unit(shape.ys[i]);
+      if (distinct == 0 || px != lx || py != ly) {
+        ++distinct;
+        lx = px;
+        ly = py;
+      }
+    }
+    if (distinct >= 3) {
+      for (auto i = from; i < to; ++i) {
+        const int px = unit(shape.xs[i]);
+        const int py = unit(shape.ys[i]);
+        if (i > from && px == lx && py == ly) {
+          continue;
+        }
+        out.int_word(px);
+        out.int_word(py);
+        if (i > from) {
+          out.word("d ");
+        } else if (!path_begun) {
+          out.word("u ");
+        } else {
+          out.words("cm exch cm exch moveto ");
+        }
+        lx = px;
+        ly = py;
+      }
+      out.word("closepath ");
+      path_begun = true;
+    }
+    from = std::max(from, to);
+  }
+  out.words(path_begun ? "fill grestore } def " : "grestore } def ");
   count_ = 0;
 }
 

@@ -14,6 +14,9 @@
 //                                                              second appearance)
 //   </g>
 //   <g stroke="none"> <rect .../> <path .../> </g>             a fill group
+//   <defs><path id="S4" d=".."/></defs>                        in a fill group: a filled
+//   <use xlink:href="#S4" x=".." y=".." fill="#rrggbb"/>       shape (an outline glyph),
+//                                                              defined at its first use
 //   <g font-family=".." ... font-size="n" ... fill="#rrggbb">  a text group: one element
 //   <text x=".." y=".." rotate="0">c</text>                    per character, centred on
 //   </g>                                                       its place
@@ -36,6 +39,7 @@
 #include <cstdlib>
 #include <memory>
 #include <new>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -281,8 +285,9 @@ class SvgDriver final : public Driver {
   bool close() override;
   bool failed() const override { return failed_ || (out_ && out_->failed()); }
   unsigned caps() const override {
-    return kCapFill | kCapText | kCapWidths | kCapImages | kCapAlpha;
+    return kCapFill | kCapText | kCapWidths | kCapImages | kCapAlpha | kCapFilledShapes;
   }
+  void place_shape(const Shape& shape, double x, double y) override;
 
  private:
   void write_header();
@@ -293,7 +298,10 @@ class SvgDriver final : public Driver {
   bool reuse_polyline();
   void open_line_group();
   void open_text_group(const FontStyle& font, int size);
+  void open_fill_group();
   void close_group();
+  void append_path_data(std::string& s, std::span<const double> xs, std::span<const double> ys,
+                        std::span<const int> ends);
   void finish_document();
   void write_text(const TextRun& run, int size);  // into glyphs_
 
@@ -322,6 +330,8 @@ class SvgDriver final : public Driver {
   double end_y_ = 0.0;
   // Shapes of short polylines drawn in this file, for the definitions that draw them again.
   ShapeTable shapes_;
+  // Filled shapes of the pipeline (outline glyphs) defined in this file as paths "S<id>".
+  std::vector<std::uint8_t> shapes_defined_;
   // The text of one polyline, written in one piece; numbers are formatted in place, with
   // the room that put_coordinate needs after the last.
   std::array<char, kPolylineCapacity * kPointChars + kNumberBuffer> line_{};
@@ -583,6 +593,15 @@ void SvgDriver::open_text_group(const FontStyle& font, int size) {
   text_size_ = size;
 }
 
+// Fills carry their own colours: the group only keeps lines off them.
+void SvgDriver::open_fill_group() {
+  if (group_ != Group::Fill) {
+    close_group();
+    out_->raw("<g stroke=\"none\">\n");
+    group_ = Group::Fill;
+  }
+}
+
 void SvgDriver::close_group() {
   if (group_ != Group::None) {
     out_->raw("</g>\n");
@@ -634,11 +653,7 @@ void SvgDriver::fill(const Path& path, Rgb rgb) {
     return;
   }
   end_polyline();
-  if (group_ != Group::Fill) {
-    close_group();
-    out_->raw("<g stroke=\"none\">\n");
-    group_ = Group::Fill;
-  }
+  open_fill_group();
   const Rgb c = clamped(rgb);
   const std::span<const double> xs = path.xs;
   const std::span<const double> ys = path.ys;
@@ -668,9 +683,19 @@ void SvgDriver::fill(const Path& path, Rgb rgb) {
   append_opacity(s, "fill-opacity", c.a);
   s += path.rule == FillRule::EvenOdd ? " fill-rule=\"evenodd\"" : " fill-rule=\"nonzero\"";
   s += " d=\"";
+  append_path_data(s, xs.first(n), ys.first(n), path.ends);
+  s += "\"/>\n";
+  out_->raw(s);
+}
+
+// Path data of the contours ("M x,y L x,y x,y ... Z"), five points a line, added to s;
+// s goes out whenever it has grown to a block.
+void SvgDriver::append_path_data(std::string& s, std::span<const double> xs,
+                                 std::span<const double> ys, std::span<const int> ends) {
+  const std::size_t n = std::min(xs.size(), ys.size());
   std::size_t start = 0;
   int on_line = 0;
-  for (int end_index : path.ends) {
+  for (int end_index : ends) {
     const std::size_t end = std::min(n, static_cast<std::size_t>(std::max(end_index, 0)));
     for (std::size_t i = start; i < end; ++i) {
       if (on_line == kPointsPerLine) {
@@ -694,7 +719,49 @@ void SvgDriver::fill(const Path& path, Rgb rgb) {
       s.clear();
     }
   }
-  s += "\"/>\n";
+}
+
+// Shapes
+// ======
+
+// A filled shape: defined at its first use in the file as a path of its contours relative
+// to its origin, in a <defs> of the fill group, and drawn by <use>, which moves it to its
+// place and gives it the current colour (the path has no fill of its own, so it takes the
+// use element's). Stroke shapes are not taken (no kCapShapes): their polylines come as
+// points.
+void SvgDriver::place_shape(const Shape& shape, double x, double y) {
+  const std::size_t n = std::min(shape.xs.size(), shape.ys.size());
+  if (!shape.filled || n < 3 || shape.ends.empty() || shape.id < 0) {
+    return;
+  }
+  end_polyline();
+  open_fill_group();
+  const auto id = static_cast<std::size_t>(shape.id);
+  if (id >= shapes_defined_.size()) {
+    shapes_defined_.resize(id + 1, 0);
+  }
+  std::string& s = scratch_;
+  char digits[kNumberBuffer];
+  s.clear();
+  if (!shapes_defined_[id]) {
+    s = "<defs><path id=\"S";
+    s.append(digits, format_int(digits, shape.id));
+    s += "\" fill-rule=\"nonzero\" d=\"";
+    append_path_data(s, shape.xs.first(n), shape.ys.first(n), shape.ends);
+    s += "\"/></defs>\n";
+    shapes_defined_[id] = 1;
+  }
+  s += "<use xlink:href=\"#S";
+  s.append(digits, format_int(digits, shape.id));
+  s += "\" x=\"";
+  append_coordinate(s, x);
+  s += "\" y=\"";
+  append_coordinate(s, y);
+  s += "\" fill=\"";
+  append_hex_colour(s, colour_);
+  s += '"';
+  append_opacity(s, "fill-opacity", colour_.a);
+  s += "/>\n";
   out_->raw(s);
 }
 
@@ -858,6 +925,7 @@ void SvgDriver::new_page() {
   }
   out_ = std::make_unique<TextWriter>(files_.current(), 0);
   shapes_.clear();  // a file of its own: its shapes are defined again
+  shapes_defined_.assign(shapes_defined_.size(), 0);
   write_header();
 }
 

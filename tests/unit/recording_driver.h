@@ -45,6 +45,7 @@ struct Written {
 // A shape placed by place_shape: its polylines moved to where it was placed.
 struct Placed {
   int id;
+  bool filled;
   std::vector<std::vector<Sent>> polylines;
 };
 
@@ -75,6 +76,7 @@ class Recorder final : public Driver {
   void place_shape(const Shape& shape, double x, double y) override {
     Placed& p = shapes.emplace_back();
     p.id = shape.id;
+    p.filled = shape.filled;
     std::size_t from = 0;
     for (const int to : shape.ends) {
       auto& line = p.polylines.emplace_back();
