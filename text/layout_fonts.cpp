@@ -164,7 +164,7 @@ void lay_outline(GlobalBlock& g, LaidGlyph& e, std::uint32_t u, bool italic) {
     const double own = g.fonts.typo || m->xmax <= 0.0F ? m->advance : m->xmax;
     width = std::max(0.0, own) * unit_x;
   }
-  e.kind = GlyphKind::File;
+  e.kind = u == kBlank ? GlyphKind::Blank : GlyphKind::File;
   e.gid = gid;
   e.unicode = u;
   e.font_code = static_cast<std::int32_t>(u);
