@@ -37,7 +37,7 @@ echo "== Fuzzer build (clang, libFuzzer + ASan + UBSan)"
 cmake -S "$root" -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DZORVEL_FUZZ=ON \
       -DZORVEL_WERROR=ON -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_C_COMPILER=clang \
       -DZORVEL_BUILD_TESTS=OFF -DZORVEL_BUILD_EXAMPLES=OFF -DZORVEL_BUILD_BENCH=OFF > /dev/null
-cmake --build "$build" --target zorvel_fuzz zorvel_fuzz_mapfile zorvel_fuzz_gksl -j2
+cmake --build "$build" --target zorvel_fuzz zorvel_fuzz_mapfile zorvel_fuzz_gksl zorvel_fuzz_bdf -j2
 fuzzer=$build/fuzz/zorvel_fuzz
 mkdir -p "$build/corpus" "$build/artifacts"
 # The fuzzer's temporary folders: what an input killed by a timeout leaves goes too.
@@ -85,6 +85,16 @@ if [ "$seconds" -gt 0 ]; then
      2> "$build/fuzz_gksl.log") || {
     tail -n 60 "$build/fuzz_gksl.log"
     echo "FAIL: the metafile fuzzer found a fault; the input is in $build/artifacts/"
+    exit 1
+  }
+  # The BDF font reader: as long as the map file reader.
+  echo "== Fuzzing the BDF font reader for $map_seconds s"
+  mkdir -p "$build/corpus_bdf"
+  (cd "$build" && nice -n 19 "$build/fuzz/zorvel_fuzz_bdf" "${opts[@]}" \
+     -max_total_time="$map_seconds" "$build/corpus_bdf" "$root/fuzz/corpus_bdf" \
+     2> "$build/fuzz_bdf.log") || {
+    tail -n 60 "$build/fuzz_bdf.log"
+    echo "FAIL: the BDF font fuzzer found a fault; the input is in $build/artifacts/"
     exit 1
   }
 fi
