@@ -70,7 +70,7 @@ TEST(SvgDriver, ElementsGroupsAndCharacters) {
   const GlyphPlace glyphs[] = {
       {1, 2, 0x1F600, 0}, {3, 2, 7, 0}, {5, 2, 0xD800, 0}, {7, 2, 0xE9, 0}};
   const std::string text = drawn([&](Driver& d) {
-    d.text(TextRun{{}, glyphs, "Times-Roman", 0, 20});
+    d.text(TextRun{{}, glyphs, "Times-Roman", nullptr, 0, 20});
   });
   EXPECT_NE(text.find("rotate=\"0\">&#128512;</text>\n<text x=\"7.00\" y=\"2.00\" rotate=\"0\">"
                       "\xE9</text>\n</g>\n</svg>\n"),
