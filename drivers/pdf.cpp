@@ -26,11 +26,13 @@
 // that resolution is left out, and a zero-length line is written as a short dot as in
 // PostScript. Text, images and the page box are placed to hundredths of a point.
 //
-// Driver fonts are the standard Type 1 fonts of every PDF viewer, not embedded. The text
-// faces are re-encoded as the PostScript driver re-encodes them: their standard encoding
-// with the accented letters of the library's codes 127..186 and the copyright sign at
-// 187 (an /Encoding with /Differences); Symbol keeps its own. /Widths carries the
-// widths the text engine measured with (text/driver_widths.cpp), and every character is
+// Driver fonts are the 35 standard PostScript fonts (drivers/pdf_type1.cpp): the 14 of
+// every PDF viewer by name, the others embedded from their URW twins. The text faces are
+// re-encoded as the PostScript driver re-encodes them: their standard encoding with the
+// accented letters of the library's codes 127..186 and the copyright sign at 187 (an
+// /Encoding with /Differences); Symbol and ZapfDingbats keep their own. Characters
+// outside the encoding get free codes of the font object. /Widths carries the widths
+// the text engine measured with (text/ps_fonts.h), and every character is
 // placed at the centre the engine gave it: one string per run, with TJ displacements
 // and text rise making up any difference, so that no error accumulates along a line.
 
@@ -50,9 +52,11 @@
 
 #include "core/format.h"
 #include "core/version.h"
+#include "drivers/pdf_type1.h"
 #include "drivers/registry.h"
 #include "drivers/text_writer.h"
 #include "text/driver_font.h"
+#include "text/ps_fonts.h"
 
 namespace zorvel {
 namespace {
@@ -144,61 +148,6 @@ void append_ref(std::string& s, int obj) {
 // Faces
 // =====
 
-// Whose widths a face is measured with. The text engine names Times-Roman, Times-Italic
-// and Symbol, whose widths it measured with; the other standard faces take Times widths
-// of their slant (Courier its fixed 600), written into /Widths as well, so that the
-// viewer advances as the driver counts and each character still lands within half a
-// width difference of its place.
-enum class Metrics { Roman, Italic, Symbol, Fixed };
-
-struct Face {
-  std::string_view name;
-  Metrics metrics;
-  bool symbolic;  // keeps its own encoding
-};
-
-constexpr Face kFaces[] = {
-    {"Times-Roman", Metrics::Roman, false},
-    {"Times-Bold", Metrics::Roman, false},
-    {"Times-Italic", Metrics::Italic, false},
-    {"Times-BoldItalic", Metrics::Italic, false},
-    {"Helvetica", Metrics::Roman, false},
-    {"Helvetica-Bold", Metrics::Roman, false},
-    {"Helvetica-Oblique", Metrics::Italic, false},
-    {"Helvetica-BoldOblique", Metrics::Italic, false},
-    {"Courier", Metrics::Fixed, false},
-    {"Courier-Bold", Metrics::Fixed, false},
-    {"Courier-Oblique", Metrics::Fixed, false},
-    {"Courier-BoldOblique", Metrics::Fixed, false},
-    {"Symbol", Metrics::Symbol, true},
-    {"ZapfDingbats", Metrics::Roman, true},
-};
-
-// A face by its name; names outside the standard fonts fall back to Times-Roman.
-const Face& find_face(std::string_view name) {
-  for (const Face& f : kFaces) {
-    if (f.name == name) {
-      return f;
-    }
-  }
-  return kFaces[0];
-}
-
-// Advance of `code` in thousandths of the font size.
-int glyph_width(Metrics m, int code) {
-  switch (m) {
-    case Metrics::Italic:
-      return driver_width(DriverFace::Italic, code);
-    case Metrics::Symbol:
-      return driver_width(DriverFace::Greek, code);
-    case Metrics::Fixed:
-      return driver_width(DriverFace::Roman, code) > 0 ? 600 : 0;
-    case Metrics::Roman:
-      break;
-  }
-  return driver_width(DriverFace::Roman, code);
-}
-
 // Glyph names of the text faces' codes 127..187, in the order of the PostScript prolog's
 // GermanVec vector (text/driver_font.cpp holds the same letters as Unicode).
 constexpr std::string_view kAccentedNames[] = {
@@ -252,18 +201,18 @@ std::string pdf_date(const DateTime& stamp) {
 // The file as numbered objects: bytes go to the sink in large blocks, the offset of every
 // object is kept for the cross-reference table. The first failed write is remembered
 // and nothing is written after it.
-class PdfFile {
+class PdfFile final : public PdfObjects {
  public:
   explicit PdfFile(Sink* sink) : sink_(sink) { buf_.reserve(kBlock); }
 
   // A new object number; its object must be written before the table.
-  int reserve() {
+  int reserve() override {
     offsets_.push_back(0);
     return static_cast<int>(offsets_.size());
   }
 
   // Starts object `obj` here: "obj 0 obj".
-  void begin(int obj) {
+  void begin(int obj) override {
     offsets_[static_cast<std::size_t>(obj - 1)] = offset_;
     std::string s;
     append_int(s, obj);
@@ -271,7 +220,7 @@ class PdfFile {
     put(s);
   }
 
-  void put(std::string_view s) { put(s.data(), s.size()); }
+  void put(std::string_view s) override { put(s.data(), s.size()); }
 
   bool put(const char* data, std::size_t n) {
     offset_ += n;
@@ -459,8 +408,9 @@ class PdfDriver final : public Driver {
  private:
   // A font resource of the document: /F<index + 1>.
   struct Font {
-    const Face* face;
+    int id;  // text/ps_fonts.h
     int obj;
+    PdfExtraCodes extras;
   };
   // An image placed on the current page: /Im<number>.
   struct PlacedImage {
@@ -495,6 +445,7 @@ class PdfDriver final : public Driver {
   int define_filled_form(const Shape& shape);
   void use_alpha(int a);
   int use_font(std::string_view face);
+  int glyph_code(Font& font, const GlyphPlace& g);
 
   std::unique_ptr<PdfFile> file_;
   std::unique_ptr<StreamSink> stream_;
@@ -761,24 +712,7 @@ void PdfDriver::write_page_state() {
 // The fonts used anywhere in the document, and the encoding of the text faces.
 void PdfDriver::write_fonts() {
   for (const Font& f : fonts_) {
-    file_->begin(f.obj);
-    std::string s = "<< /Type /Font /Subtype /Type1 /BaseFont /";
-    s += f.face->name;
-    if (!f.face->symbolic) {
-      s += " /Encoding ";
-      append_ref(s, encoding_obj_);
-    }
-    s += "\n/FirstChar ";
-    append_int(s, kDriverFirstCode);
-    s += " /LastChar ";
-    append_int(s, kDriverFirstCode + kDriverCodes - 1);
-    s += " /Widths [";
-    for (int i = 0; i < kDriverCodes; ++i) {
-      s += i % 16 == 0 ? "\n" : " ";
-      append_int(s, glyph_width(f.face->metrics, kDriverFirstCode + i));
-    }
-    s += "] >>\nendobj\n";
-    file_->put(s);
+    write_pdf_standard_font(*file_, f.obj, f.id, f.extras, encoding_obj_, compress_);
   }
   if (encoding_obj_ != 0) {
     file_->begin(encoding_obj_);
@@ -990,20 +924,34 @@ void PdfDriver::fill(const Path& path, Rgb rgb) {
 // The font resource of a face, made on its first use in the document and listed in the
 // page's resources on its first use on the page.
 int PdfDriver::use_font(std::string_view name) {
-  const Face& face = find_face(name);
+  const int id = std::max(find_ps_font(name), kPsTimesRoman);  // others: Times-Roman
   std::size_t i = 0;
-  while (i < fonts_.size() && fonts_[i].face != &face) {
+  while (i < fonts_.size() && fonts_[i].id != id) {
     ++i;
   }
   if (i == fonts_.size()) {
-    fonts_.push_back({&face, file_->reserve()});
+    fonts_.push_back({id, file_->reserve(), PdfExtraCodes(id)});
     page_fonts_.push_back(false);
-    if (!face.symbolic && encoding_obj_ == 0) {
+    if (!ps_font(id).symbolic && encoding_obj_ == 0) {
       encoding_obj_ = file_->reserve();
     }
   }
   page_fonts_[i] = true;
   return static_cast<int>(i);
+}
+
+// The code a character is shown with: its own, or for code 0 a free code of the font
+// object named by the font's encoding (0: not shown).
+int PdfDriver::glyph_code(Font& font, const GlyphPlace& g) {
+  return g.code != 0 ? g.code : font.extras.code(g.unicode);
+}
+
+// Advance of a character's code in thousandths of the font size.
+int code_width(int font, const GlyphPlace& g, int code) {
+  if (code == 0) {
+    return 0;
+  }
+  return g.code != 0 ? ps_code_width(font, code) : std::max(ps_width(font, g.unicode), 0);
 }
 
 // One BT ... ET per run: the text matrix puts the left end of the first character's
@@ -1020,7 +968,8 @@ void PdfDriver::text(const TextRun& run) {
   }
   end_path();
   const int font = use_font(run.face);
-  const Metrics metrics = fonts_[static_cast<std::size_t>(font)].face->metrics;
+  Font& resource = fonts_[static_cast<std::size_t>(font)];
+  const int id = resource.id;
   const double size = std::min(run.size, 1e5);
   const double stretch = run.stretch > 0.0 && run.stretch < 2.0 ? run.stretch : 1.0;
   double angle = std::fmod(run.angle, 360.0);
@@ -1055,11 +1004,12 @@ void PdfDriver::text(const TextRun& run) {
   const double em = size * stretch / 1000.0;  // points per thousandth along the line
   const double x0 = run.glyphs[0].x;
   const double y0 = run.glyphs[0].y;
-  double pen = -0.5 * glyph_width(metrics, run.glyphs[0].code) * em;
+  const GlyphPlace& g0 = run.glyphs[0];
+  double pen = -0.5 * code_width(id, g0, glyph_code(resource, g0)) * em;
   if (run.glyphs.size() > 1) {
     const GlyphPlace& g1 = run.glyphs[1];
     const double along = (g1.x - x0) * cs + (g1.y - y0) * sn;
-    const double gap = along - 0.5 * glyph_width(metrics, g1.code) * em + pen;
+    const double gap = along - 0.5 * code_width(id, g1, glyph_code(resource, g1)) * em + pen;
     const double tc = scaled(gap / stretch, 4) / 10000.0;
     if (tc != spacing_written_) {
       real(tc, 4);
@@ -1102,11 +1052,15 @@ void PdfDriver::text(const TextRun& run) {
     items.clear();
   };
   for (const GlyphPlace& g : run.glyphs) {
+    const int c = glyph_code(resource, g);
+    if (c == 0) {
+      continue;  // no glyph or no free code: the next character has its own place
+    }
     const double dx = g.x - x0;
     const double dy = g.y - y0;
     const double along = dx * cs + dy * sn;
     const double rise = dy * cs - dx * sn;
-    const double w = glyph_width(metrics, g.code) * em;
+    const double w = code_width(id, g, c) * em;
     if (std::fabs(rise - rise_written_) > 0.005) {
       show();
       real(rise, 2);
@@ -1127,7 +1081,6 @@ void PdfDriver::text(const TextRun& run) {
     if (piece.size() >= kStringPiece) {
       end_piece();
     }
-    const int c = g.code;
     if (c == '(' || c == ')' || c == '\\') {
       piece += '\\';
       piece += static_cast<char>(c);

@@ -40,12 +40,21 @@
 #include "drivers/registry.h"
 #include "drivers/shape_table.h"
 #include "drivers/text_writer.h"
+#include "text/ps_fonts.h"
 
 namespace zorvel {
 namespace {
 
 // The variants of the registry rows.
 enum Variant { kPost = 0, kPscl = 1, kEps = 2, kPs = 3 };
+
+// Shows a character outside the font's encoding by its glyph name, centred on its place
+// like `c`: "/name hw x y a gn", where hw is half the glyph's advance in points, which
+// the driver knows from the font's metrics (glyphshow has no stringwidth). Written once
+// on each page that needs it, so that other pages keep the prolog as it was.
+constexpr std::string_view kGlyphProc =
+    "/gn { /a exch def /y exch cm def /x exch cm def /w exch def /n exch def gsave x y "
+    "translate a rotate w neg 0 moveto n glyphshow grestore } def ";
 
 // Points per driver unit: the prolog's `cm` multiplies by this value.
 constexpr double kPointsPerUnit = 0.1417322835;
@@ -221,6 +230,7 @@ class PsDriver final : public Driver {
   bool reuse_polyline();
   void define_shape(const Shape& shape);
   void define_filled_shape(const Shape& shape);
+  void show_by_name(int font, const GlyphPlace& glyph, double angle);
 
   std::unique_ptr<TextWriter> out_;
   bool eps_ = false;
@@ -254,7 +264,9 @@ class PsDriver final : public Driver {
   bool closed_ = false;
 
   // Driver fonts: the face and size set last with `font` (empty: none on this page), and
-  // the faces re-encoded for the accented letters on this page.
+  // the faces re-encoded for the accented letters on this page; whether the page has
+  // the procedure that shows glyphs by name.
+  bool glyph_proc_ = false;
   std::string font_face_;
   double font_size_ = 0.0;
   double font_stretch_ = 1.0;
@@ -805,27 +817,30 @@ void PsDriver::sector(const Sector& s, Rgb rgb) {
 // Every character in a driver font, centred on its base line by the prolog's `c`; `font`
 // sets the face, `font2` a face stretched by chawth. The text fonts are re-encoded once
 // per page with GermanVec and the copyright sign at 187, under the name "<face>-Zv";
-// Symbol keeps its own encoding.
+// Symbol and ZapfDingbats keep their own encodings. A character outside the encoding
+// (code 0) is shown by its glyph name through `gn`. Faces other than the 35 standard
+// fonts are not written.
 void PsDriver::text(const TextRun& run) {
-  if (run.glyphs.empty() || run.face.empty() || run.face.size() > 64) {
+  const int font = find_ps_font(run.face);
+  if (run.glyphs.empty() || font < 0) {
     return;
   }
   end_polyline();
   TextWriter& out = *out_;
+  const std::string_view face = ps_font(font).name;
   const double size = std::clamp(run.size * kPointsPerUnit, 0.01, 1e5);
   const double stretch = run.stretch > 0.0 && run.stretch < 2.0 ? run.stretch : 1.0;
-  if (run.face != font_face_ || std::fabs(size - font_size_) > 0.005 ||
+  if (face != font_face_ || std::fabs(size - font_size_) > 0.005 ||
       stretch != font_stretch_) {
-    const bool symbol = run.face == "Symbol";
     std::string name("/");
-    name += run.face;
-    if (!symbol) {
+    name += face;
+    if (!ps_font(font).symbolic) {
       name += "-Zv";
-      const std::string key = std::string(run.face) + ' ';
+      const std::string key = std::string(face) + ' ';
       if (encoded_.find(key) == std::string::npos) {
         encoded_ += key;
         std::string line("/");
-        line += run.face;
+        line += face;
         line += ' ';
         line += name;
         line += " [ GermanVec aload pop 8#273 /copyright ] ReEncodeSmall ";
@@ -842,7 +857,7 @@ void PsDriver::text(const TextRun& run) {
       out.fixed_word(std::max(size * stretch, 0.01), 2);
       out.word("font2 ");
     }
-    font_face_ = run.face;
+    font_face_ = face;
     font_size_ = size;
     font_stretch_ = stretch;
   }
@@ -854,6 +869,10 @@ void PsDriver::text(const TextRun& run) {
     if (glyph.code == ' ') {
       continue;  // blanks only move the next character, which has its own place
     }
+    if (glyph.code == 0) {
+      show_by_name(font, glyph, angle);
+      continue;
+    }
     out.int_word(glyph.code);
     out.int_word(to_unit(glyph.x));
     out.int_word(to_unit(glyph.y));
@@ -864,6 +883,36 @@ void PsDriver::text(const TextRun& run) {
     }
     out.word("c ");
   }
+}
+
+// "/name hw x y a gn" for a character of code 0; nothing where the font has no glyph.
+void PsDriver::show_by_name(int font, const GlyphPlace& glyph, double angle) {
+  const std::string_view name = ps_glyph_name(font, glyph.unicode);
+  const int width = ps_width(font, glyph.unicode);
+  // Glyph names are PostScript name characters; anything else would end the name.
+  if (name.empty() || width < 0 || name.size() > 40 ||
+      name.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz"
+                             "0123456789._") != std::string_view::npos) {
+    return;
+  }
+  TextWriter& out = *out_;
+  if (!glyph_proc_) {
+    out.words(kGlyphProc);
+    glyph_proc_ = true;
+  }
+  std::string word("/");
+  word += name;
+  word += ' ';
+  out.word(word);
+  out.fixed_word(0.5e-3 * width * font_size_ * font_stretch_, 3);
+  out.int_word(to_unit(glyph.x));
+  out.int_word(to_unit(glyph.y));
+  if (std::fabs(angle - std::round(angle)) < 1e-6) {
+    out.int_word(static_cast<long long>(std::round(angle)));
+  } else {
+    out.fixed_word(angle, 2);
+  }
+  out.word("gn ");
 }
 
 // Pages
@@ -880,6 +929,7 @@ void PsDriver::new_page() {
   end_polyline();
   font_face_.clear();  // a page may be shown alone: its fonts are set up again
   encoded_.clear();
+  glyph_proc_ = false;
   shapes_.clear();     // and its shapes defined again
   shapes_defined_.assign(shapes_defined_.size(), 0);
   out_->word("copypage ");

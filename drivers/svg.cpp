@@ -51,7 +51,7 @@
 #include "drivers/registry.h"
 #include "drivers/shape_table.h"
 #include "drivers/text_writer.h"
-#include "text/driver_font.h"
+#include "text/ps_fonts.h"
 
 namespace zorvel {
 namespace {
@@ -118,14 +118,14 @@ void append_angle(std::string& s, double degrees) {
 }
 
 // Advance of a character in thousandths of the font size where the face is one of the
-// driver fonts, whose widths the text engine lays out with; 0 for other faces.
-int advance_of(std::string_view face, std::uint8_t code) {
-  for (DriverFace f : {DriverFace::Roman, DriverFace::Greek, DriverFace::Italic}) {
-    if (face == driver_face_name(f)) {
-      return driver_width(f, code);
-    }
+// standard fonts, whose widths the text engine lays out with; 0 for other faces.
+int advance_of(std::string_view face, const GlyphPlace& glyph) {
+  const int font = find_ps_font(face);
+  if (font < 0) {
+    return 0;
   }
-  return 0;
+  return glyph.code != 0 ? ps_code_width(font, glyph.code)
+                         : std::max(ps_width(font, glyph.unicode), 0);
 }
 
 // "#rrggbb" in lower-case hexadecimal.
@@ -192,10 +192,11 @@ void append_character(std::string& s, std::uint32_t c) {
 }
 
 // Font attributes of a PostScript face name ("Times-BoldItalic": family Times, bold,
-// italic). The families of the standard faces get the generic family that viewers fall
-// back to. The text is Unicode, so Greek of the Symbol face needs no symbol font: it
-// falls back to Times, whose Greek looks like Symbol's (viewers that find a "Symbol" of
-// their own without Greek, as fontconfig does, would take a sans-serif face).
+// italic). The standard fonts name the families systems give their designs, then a
+// generic family (text/ps_fonts.h). The text is Unicode, so Greek of the Symbol face
+// needs no symbol font: it falls back to Times, whose Greek looks like Symbol's (viewers
+// that find a "Symbol" of their own without Greek, as fontconfig does, would take a
+// sans-serif face). Other names are written as they are.
 struct FontStyle {
   std::string_view family;
   std::string_view weight;
@@ -203,22 +204,30 @@ struct FontStyle {
 };
 
 FontStyle font_style(std::string_view face) {
-  struct Family {
-    std::string_view name;
-    std::string_view list;
-  };
-  static constexpr Family kFamilies[] = {{"Times", "Times, serif"},
-                                         {"Symbol", "Symbol, Times, serif"},
-                                         {"Helvetica", "Helvetica, sans-serif"},
-                                         {"Courier", "Courier, monospace"}};
+  if (const int id = find_ps_font(face); id >= 0) {
+    const PsFontInfo& info = ps_font(id);
+    FontStyle f{info.families, "normal", info.italic ? "italic" : "normal"};
+    switch (info.weight) {
+      case 300:
+        f.weight = "300";
+        break;
+      case 500:
+        f.weight = "500";
+        break;
+      case 600:
+        f.weight = "600";
+        break;
+      case 700:
+        f.weight = "bold";
+        break;
+      default:
+        break;
+    }
+    return f;
+  }
   const std::size_t dash = face.find('-');
   const std::string_view variant = dash == std::string_view::npos ? "" : face.substr(dash + 1);
   FontStyle f{face.substr(0, dash), "normal", "normal"};
-  for (const Family& family : kFamilies) {
-    if (f.family == family.name) {
-      f.family = family.list;
-    }
-  }
   // A name is written as it is: anything that could end the attribute makes it "serif".
   if (f.family.find_first_of("\"&<>") != std::string_view::npos) {
     f.family = "serif";
@@ -819,7 +828,7 @@ void SvgDriver::write_text(const TextRun& run, int size) {
     if (stretch != 1.0) {
       // In the character's own frame (origin at its place, x along the base line) the
       // matrix R(a) S(stretch, 1) and the move to the place.
-      const int advance = advance_of(run.face, glyph.code);
+      const int advance = advance_of(run.face, glyph);
       s += "<text x=\"";
       append_coordinate(s, -0.5e-3 * advance * size);
       s += advance > 0 ? "\" y=\"0.00\" text-anchor=\"start\"" : "\" y=\"0.00\"";

@@ -9,17 +9,21 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <cstdint>
 #include <cstdlib>
 #include <functional>
 #include <memory>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "drivers/pdf_type1.h"
 #include "drivers/registry.h"
 #include "drivers/sink.h"
 #include "text/driver_font.h"
+#include "text/ps_fonts.h"
 
 namespace zorvel {
 namespace {
@@ -221,6 +225,89 @@ TEST(PdfDriver, GlyphCentresReadBackFromTheContent) {
 }
 
 // A sink that takes `room` bytes and then fails, as a full disk does.
+// The dictionary of object `obj`: what stands between "obj" and "endobj" or "stream".
+std::string object_of(const std::string& pdf, int obj) {
+  const std::string head = "\n" + std::to_string(obj) + " 0 obj\n";
+  const std::size_t at = pdf.find(head);
+  if (at == std::string::npos) {
+    return {};
+  }
+  const std::size_t begin = at + head.size();
+  return pdf.substr(begin, std::min(pdf.find("endobj", begin), pdf.find("stream\n", begin)) -
+                               begin);
+}
+
+// The number of the object that `key` (" /FontFile") refers to in `dict`; 0 for none.
+int ref_of(const std::string& dict, const std::string& key) {
+  const std::size_t at = dict.find(key + " ");
+  return at == std::string::npos ? 0 : std::atoi(dict.c_str() + at + key.size() + 1);
+}
+
+TEST(PdfDriver, StandardFontsNamedOrEmbedded) {
+  // Catches one of the 14 standard fonts embedded or one of the other 21 not (with a
+  // font descriptor), a font program whose Length1..3 do not split it where it changes
+  // from clear text to the encrypted part and to the zeros, a character outside the
+  // encoding without a code, name and width of its own, and fonts sharing an encoding
+  // that one of them extends.
+  const GlyphPlace g[] = {{100, 200, 'W', 'W'}, {120, 200, 0x20AC, 0}};
+  const std::string pdf = run(a4(false), [&](Driver& d) {
+    d.text(TextRun{"W\xE2\x82\xAC", g, "Palatino-Roman", nullptr, 0.0, 12.0, 1.0});
+    d.text(TextRun{"W\xE2\x82\xAC", g, "Helvetica", nullptr, 0.0, 12.0, 1.0});
+    d.text(TextRun{"W", {g, 1}, "Times-Roman", nullptr, 0.0, 12.0, 1.0});
+  });
+  EXPECT_NE(stream_of(pdf, 4).find("(W\\001) Tj"), std::string::npos) << stream_of(pdf, 4);
+  std::string palatino, helvetica, times;
+  for (int obj = 1; !object_of(pdf, obj).empty(); ++obj) {
+    const std::string o = object_of(pdf, obj);
+    for (auto [name, dict] : {std::pair{"Palatino-Roman ", &palatino},
+                              std::pair{"Helvetica ", &helvetica},
+                              std::pair{"Times-Roman ", &times}}) {
+      if (o.find(std::string("/BaseFont /") + name) != std::string::npos) {
+        *dict = o;
+      }
+    }
+  }
+  const int euro = find_ps_font("Palatino-Roman");
+  EXPECT_NE(palatino.find("/FirstChar 1 /LastChar 187 /Widths [\n" +
+                          std::to_string(ps_width(euro, 0x20AC)) + " 0 "),
+            std::string::npos)
+      << palatino;
+  EXPECT_EQ(ref_of(helvetica, "/FontDescriptor"), 0) << helvetica;
+  const int own = ref_of(palatino, "/Encoding");
+  EXPECT_NE(own, ref_of(helvetica, "/Encoding"));
+  EXPECT_NE(own, ref_of(times, "/Encoding"));
+  EXPECT_EQ(object_of(pdf, own).rfind("<< /Type /Encoding /Differences [1 /Euro 39 /quoteright", 0),
+            0U)
+      << object_of(pdf, own);
+  const std::string descriptor = object_of(pdf, ref_of(palatino, "/FontDescriptor"));
+  EXPECT_NE(descriptor.find("/FontName /Palatino-Roman /Flags 34"), std::string::npos);
+
+  const std::string path = find_type1_program(euro);
+  if (path.empty()) {
+    EXPECT_EQ(ref_of(descriptor, "/FontFile"), 0);  // named only: the viewer substitutes
+    return;
+  }
+  Type1Program program;
+  ASSERT_TRUE(read_type1_program(path, program));
+  EXPECT_EQ(program.bytes.substr(program.length1 - 6, 5), "eexec");
+  EXPECT_NE(program.bytes[program.length1], '\r');
+  EXPECT_EQ(program.bytes.substr(program.length1 + program.length2, 64), std::string(64, '0'));
+  const int file = ref_of(descriptor, "/FontFile");
+  EXPECT_NE(object_of(pdf, file).find(" /Length1 " + std::to_string(program.length1) +
+                                      " /Length2 " + std::to_string(program.length2) +
+                                      " /Length3 " + std::to_string(program.length3)),
+            std::string::npos);
+  EXPECT_EQ(stream_of(pdf, file), program.bytes);
+  // A program cut short or a file that is none is not embedded.
+  const std::string cut = testing::TempDir() + "/cut.t1";
+  std::FILE* f = std::fopen(cut.c_str(), "wb");
+  ASSERT_NE(f, nullptr);
+  std::fwrite(program.bytes.data(), 1, program.length1 + 100, f);
+  std::fclose(f);
+  EXPECT_FALSE(read_type1_program(cut, program));
+  EXPECT_FALSE(read_type1_program(cut + ".none", program));
+}
+
 class FullSink final : public Sink {
  public:
   explicit FullSink(std::size_t room) : room_(room) {}

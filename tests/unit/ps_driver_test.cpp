@@ -143,6 +143,38 @@ TEST(PsDriver, NonZeroPathsAndNearRectangles) {
             "gsave 9 8 7 f 10 20 u 10 60 d 50 60 d 51 20 d closepath fill grestore");
 }
 
+TEST(PsDriver, StandardFontsAndCharactersByGlyphName) {
+  // Catches a character outside the encoding written with `c` (code 0 shows nothing), the
+  // procedure `gn` missing, written on every use or not again on a new page, ZapfDingbats
+  // re-encoded with the accented letters (its own glyphs would be lost), and a face
+  // outside the 35 written into the file.
+  const GlyphPlace g[] = {{100, 200, 'a', 'a'}, {150, 200, 0x20AC, 0}, {200, 200, 0x20AC, 0}};
+  const std::string out = drawn("PS  ", [&](Driver& d) {
+    d.text(TextRun{"a\xE2\x82\xAC\xE2\x82\xAC", g, "Palatino-Italic", nullptr, 0.0, 100.0, 1.0});
+    d.text(TextRun{"a", {g, 1}, "ZapfDingbats", nullptr, 0.0, 100.0, 1.0});
+    d.text(TextRun{"a", {g, 1}, "Nonsense) show", nullptr, 0.0, 100.0, 1.0});
+    d.new_page();
+    d.text(TextRun{"\xE2\x82\xAC", {g + 1, 1}, "Palatino-Italic", nullptr, 90.0, 100.0, 1.0});
+  });
+  const std::string half = "3.543 ";  // 0.5 * 500 (the euro's width) / 1000 * 14.173 points
+  EXPECT_TRUE(contains(out, "/Palatino-Italic /Palatino-Italic-Zv [ GermanVec aload pop "
+                            "8#273 /copyright ] ReEncodeSmall /Palatino-Italic-Zv 14.17 font "
+                            "97 100 200 0 c /gn {"))
+      << out;
+  EXPECT_TRUE(contains(out, "/Euro " + half + "150 200 0 gn /Euro " + half + "200 200 0 gn "
+                            "/ZapfDingbats 14.17 font 97 100 200 0 c copypage"))
+      << out;
+  EXPECT_TRUE(contains(out, "/Euro " + half + "150 200 90 gn"));
+  std::size_t procs = 0;
+  for (std::size_t at = out.find("/gn { /a exch def"); at != std::string::npos;
+       at = out.find("/gn {", at + 1)) {
+    ++procs;
+  }
+  EXPECT_EQ(procs, 2U);  // once on each page
+  EXPECT_FALSE(contains(out, "Nonsense"));
+  EXPECT_FALSE(contains(out, "ZapfDingbats-Zv"));
+}
+
 TEST(PsDriver, WriteErrorIsReportedByClose) {
   // Catches a write error that goes unreported (a full disk must make failed() and
   // close() say so, so that the pipeline warns) or a crash after it.
