@@ -15,7 +15,7 @@
 namespace zorvel {
 namespace {
 
-bool same_text(std::string_view a, std::string_view b) {
+[[maybe_unused]] bool same_text(std::string_view a, std::string_view b) {
   return a.size() == b.size() &&
          std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
            return std::tolower(static_cast<unsigned char>(x)) ==
