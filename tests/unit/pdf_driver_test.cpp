@@ -80,8 +80,8 @@ void everything(Driver& d) {
   const int ends[] = {4, 7};
   d.fill(Path{xs, ys, ends, FillRule::EvenOdd}, Rgb{0, 128, 0, 255});
   const GlyphPlace g[] = {{100, 100, 'A', 'A'}, {110, 100, 0xC4, 127}};
-  d.text(TextRun{"A\xC3\x84", g, "Times-Roman", 0.0, 12.0, 1.0});
-  d.text(TextRun{"a", {g, 1}, "Symbol", 0.0, 12.0, 1.0});
+  d.text(TextRun{"A\xC3\x84", g, "Times-Roman", nullptr, 0.0, 12.0, 1.0});
+  d.text(TextRun{"a", {g, 1}, "Symbol", nullptr, 0.0, 12.0, 1.0});
   Image img;
   img.pixels = &kPixels[0][0][0];
   img.width = 2;
@@ -165,7 +165,7 @@ TEST(PdfDriver, GlyphCentresReadBackFromTheContent) {
     t += 0.5 * w + (i == 2 ? 9.0 : 3.0);  // an uneven gap after the third
   }
   const std::string pdf = run(a4(false), [&](Driver& d) {
-    d.text(TextRun{text, g, "Times-Roman", 30.0, 20.0, 1.4});
+    d.text(TextRun{text, g, "Times-Roman", nullptr, 30.0, 20.0, 1.4});
   });
   // A viewer's text machinery, as far as the driver uses it.
   const std::string c = stream_of(pdf, 4);

@@ -349,8 +349,8 @@ TEST(TextRun, GlyphsOutsideTheClipRegionAreLeftOut) {
   Plot plot("PS  ", false, kCapText);
   api::clpwin(plot.g, 0, 0, 1001, 1001);
   const GlyphPlace glyphs[3] = {{100, 100, 'a', 'a'}, {2000, 100, 'b', 'b'}, {200, 100, 'c', 'c'}};
-  draw_text_run(plot.g, TextRun{"abc", glyphs, "Times-Roman", 0.0, 36.0, 1.0});
-  draw_text_run(plot.g, TextRun{"b", {glyphs + 1, 1}, "Times-Roman", 0.0, 36.0, 1.0});
+  draw_text_run(plot.g, TextRun{"abc", glyphs, "Times-Roman", nullptr, 0.0, 36.0, 1.0});
+  draw_text_run(plot.g, TextRun{"b", {glyphs + 1, 1}, "Times-Roman", nullptr, 0.0, 36.0, 1.0});
   ASSERT_EQ(plot.rec->texts.size(), 1U);
   const auto& run = plot.rec->texts[0];
   EXPECT_EQ(run.utf8, "ac");
