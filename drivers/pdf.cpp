@@ -35,6 +35,10 @@
 // the text engine measured with (text/ps_fonts.h), and every character is
 // placed at the centre the engine gave it: one string per run, with TJ displacements
 // and text rise making up any difference, so that no error accumulates along a line.
+//
+// Text in outline font files (TrueType, OpenType) is embedded: each face as a subset
+// that keeps its glyph ids, under a Type0 font whose 2-byte codes are those ids, with a
+// ToUnicode map so that the text can be searched and copied (drivers/pdf_fontfile.cpp).
 
 #define ZLIB_CONST
 #include <zlib.h>
@@ -53,6 +57,7 @@
 #include "core/format.h"
 #include "core/version.h"
 #include "drivers/pdf_type1.h"
+#include "drivers/pdf_fontfile.h"
 #include "drivers/registry.h"
 #include "drivers/text_writer.h"
 #include "text/driver_font.h"
@@ -402,7 +407,7 @@ class PdfDriver final : public Driver {
   long long overflows() const override { return content_ ? content_->overflows() : 0; }
   unsigned caps() const override {
     return kCapFill | kCapText | kCapWidths | kCapImages | kCapAlpha | kCapShapes |
-           kCapFilledShapes;
+           kCapFilledShapes | kCapFontFiles;
   }
 
  private:
@@ -446,6 +451,7 @@ class PdfDriver final : public Driver {
   void use_alpha(int a);
   int use_font(std::string_view face);
   int glyph_code(Font& font, const GlyphPlace& g);
+  void font_file_text(const TextRun& run);
 
   std::unique_ptr<PdfFile> file_;
   std::unique_ptr<StreamSink> stream_;
@@ -470,6 +476,7 @@ class PdfDriver final : public Driver {
 
   // Document resources.
   std::vector<Font> fonts_;
+  PdfFontFiles font_files_;  // embedded outline fonts, /FF<n>
   // Shapes as form XObjects: the object of each id (0: not yet defined), whether the
   // current page lists it, and the forms defined but not yet written (their content
   // streams wait until the page's content stream is closed).
@@ -556,8 +563,25 @@ bool PdfDriver::close() {
   closed_ = true;
   end_page();
   write_fonts();
+  font_files_.write([this] { return file_->reserve(); },
+                    [this](int obj, std::string_view body) {
+                      file_->begin(obj);
+                      file_->put(body);
+                      file_->put("endobj\n");
+                    });
   write_page_tree();
-  file_->finish(kCatalog, kInfo);
+  // OpenType fonts need PDF 1.6, which a catalog of its own states (the one of the file's
+  // start, written before any text, stays unused).
+  int root = kCatalog;
+  if (font_files_.opentype()) {
+    root = file_->reserve();
+    file_->begin(root);
+    std::string s = "<< /Type /Catalog /Version /1.6 /Pages ";
+    append_ref(s, kPageTree);
+    s += " >>\nendobj\n";
+    file_->put(s);
+  }
+  file_->finish(root, kInfo);
   return !failed();
 }
 
@@ -570,6 +594,7 @@ void PdfDriver::new_page() {
 void PdfDriver::begin_page() {
   contents_.clear();
   page_fonts_.assign(fonts_.size(), false);
+  font_files_.begin_page();
   page_images_.clear();
   for (const int id : page_shapes_) {
     shape_on_page_[static_cast<std::size_t>(id)] = 0;
@@ -614,7 +639,10 @@ void PdfDriver::end_page() {
   s += ' ';
   append_real(s, page_h_, 2);
   s += "]\n/Resources <<";
-  if (std::find(page_fonts_.begin(), page_fonts_.end(), true) != page_fonts_.end()) {
+  std::string file_fonts;
+  font_files_.append_resources(file_fonts);
+  if (std::find(page_fonts_.begin(), page_fonts_.end(), true) != page_fonts_.end() ||
+      !file_fonts.empty()) {
     s += "\n/Font <<";
     for (std::size_t i = 0; i < page_fonts_.size(); ++i) {
       if (page_fonts_[i]) {
@@ -624,6 +652,7 @@ void PdfDriver::end_page() {
         append_ref(s, fonts_[i].obj);
       }
     }
+    s += file_fonts;
     s += " >>";
   }
   if (!page_images_.empty() || !page_shapes_.empty()) {
@@ -966,6 +995,10 @@ void PdfDriver::text(const TextRun& run) {
   if (run.glyphs.empty() || !(run.size > 0.0) || !std::isfinite(run.size)) {
     return;
   }
+  if (run.file != nullptr) {
+    font_file_text(run);
+    return;
+  }
   end_path();
   const int font = use_font(run.face);
   Font& resource = fonts_[static_cast<std::size_t>(font)];
@@ -1093,6 +1126,123 @@ void PdfDriver::text(const TextRun& run) {
       piece += static_cast<char>('0' + (c & 7));
     }
     pen += w + spacing;
+  }
+  show();
+  word("ET ");
+}
+
+// A run in an outline font file: the glyph ids as 2-byte codes of the embedded font,
+// each glyph at its origin. The text matrix puts the first origin (to hundredths of a
+// point, as all text) on the turned base line; the viewer then advances by the /W widths,
+// and a TJ displacement makes up the difference to each next origin wherever it reaches
+// a two-hundredth of a point, so that no error accumulates. A run the font files refuse
+// (a damaged file or glyph) is left out.
+void PdfDriver::font_file_text(const TextRun& run) {
+  const int font = font_files_.use(*run.file, run.glyphs, [this] { return file_->reserve(); });
+  if (font < 0) {
+    return;
+  }
+  end_path();
+  const double size = std::min(run.size, 1e5);
+  const double stretch = run.stretch > 0.0 && run.stretch < 2.0 ? run.stretch : 1.0;
+  double angle = std::fmod(run.angle, 360.0);
+  if (!std::isfinite(angle)) {
+    angle = 0.0;
+  }
+  double cs = std::cos(angle * (3.14159265358979323846 / 180.0));
+  double sn = std::sin(angle * (3.14159265358979323846 / 180.0));
+  if (std::fabs(angle - std::round(angle / 90.0) * 90.0) < 1e-9) {
+    cs = std::round(cs);  // exact quarter turns
+    sn = std::round(sn);
+  }
+  use_fill_colour(colour_);
+  use_alpha(colour_.a);
+  // The font is remembered as -2 - index, which the driver fonts' index never equals.
+  const double size_pt = scaled(size, 3) / 1000.0;
+  if (font_written_ != -2 - font || size_pt != size_written_) {
+    char tmp[kNumberBuffer] = "/FF";
+    char* end = format_int(tmp + 3, font + 1);
+    *end++ = ' ';
+    word({tmp, static_cast<std::size_t>(end - tmp)});
+    real(size, 3);
+    word("Tf ");
+    font_written_ = -2 - font;
+    size_written_ = size_pt;
+  }
+  if (stretch != stretch_written_) {
+    real(100.0 * stretch, 3);
+    word("Tz ");
+    stretch_written_ = stretch;
+  }
+  if (spacing_written_ != 0.0) {
+    word("0 Tc ");
+    spacing_written_ = 0.0;
+  }
+  const double x0 = scaled(run.glyphs[0].x, 2) / 100.0;
+  const double y0 = scaled(run.glyphs[0].y, 2) / 100.0;
+  word("BT ");
+  real(cs, 5);
+  real(sn, 5);
+  real(-sn, 5);
+  real(cs, 5);
+  real(x0, 2);
+  real(y0, 2);
+  word("Tm ");
+
+  const double em = size * stretch / 1000.0;  // points per thousandth along the line
+  std::vector<std::string>& items = tj_items_;
+  items.clear();
+  std::string piece = "<";
+  const auto end_piece = [&] {
+    if (piece.size() > 1) {
+      items.push_back(piece + "> ");
+    }
+    piece.assign(1, '<');
+  };
+  const auto show = [&] {
+    end_piece();
+    if (items.size() == 1) {
+      word(items[0]);
+      word("Tj ");
+    } else if (!items.empty()) {
+      word("[");
+      for (const std::string& w : items) {
+        word(w);
+      }
+      word("] TJ ");
+    }
+    items.clear();
+  };
+  double pen = 0.0;  // where the viewer's advances have taken the origin
+  for (const GlyphPlace& g : run.glyphs) {
+    const double dx = scaled(g.x, 2) / 100.0 - x0;
+    const double dy = scaled(g.y, 2) / 100.0 - y0;
+    const double along = dx * cs + dy * sn;
+    const double rise = dy * cs - dx * sn;
+    if (std::fabs(rise - rise_written_) > 0.005) {
+      show();
+      real(rise, 2);
+      word("Ts ");
+      rise_written_ = scaled(rise, 2) / 100.0;
+    }
+    const double off = along - pen;
+    const long long shift = std::fabs(off) < 0.005 ? 0 : scaled(-off / em, 2);
+    if (shift != 0) {
+      end_piece();
+      char tmp[kNumberBuffer];
+      char* e = format_scaled(tmp, shift, 2);
+      *e++ = ' ';
+      items.emplace_back(tmp, static_cast<std::size_t>(e - tmp));
+      pen -= shift / 100.0 * em;
+    }
+    if (piece.size() >= kStringPiece) {
+      end_piece();
+    }
+    static constexpr char kHex[] = "0123456789ABCDEF";
+    for (int k = 12; k >= 0; k -= 4) {
+      piece += kHex[(g.glyph >> k) & 0xF];
+    }
+    pen += font_files_.width(font, g.glyph) * em;
   }
   show();
   word("ET ");
