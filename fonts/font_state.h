@@ -31,6 +31,8 @@ struct FontFileState {
   std::string name;       // what getfnt reports for modes 1 to 4 ("Times-Roman", ...)
   // Faces read so far, found again by path and index.
   std::vector<std::unique_ptr<OutlineFont>> faces;
+  // Per face: whether drivers that embed font files can embed it (-1: not asked yet).
+  std::vector<signed char> file_embeddable;
   int roman = -1;         // face of the font in use (window-system and font-file modes)
   int italic = -1;        // its italic face: -1 not looked for yet, -2 none (15-degree slant)
   // Characters the font lacks and the face (index into faces, -1 none) that draws them.

@@ -227,7 +227,7 @@ void lay_standard(GlobalBlock& g, LaidGlyph& e, std::uint32_t u, int alphabet) {
     w1000 = std::max(0, ps_width(id, kBlank));
   }
   // The em of every face is that of the base font, whose capitals are the height.
-  const double em = t.height * 1000.0 / ps_font(base).cap_height;
+  const double em = (t.height - 1) * 1000.0 / ps_font(base).cap_height;
   const double unit = em / 1000.0;
   e.kind = u == kBlank ? GlyphKind::Blank : GlyphKind::Driver;
   e.unicode = u;

@@ -9,6 +9,7 @@
 #include "core/global_block.h"
 #include "draw/colour.h"
 #include "draw/pipeline.h"
+#include "drivers/pdf_fontfile.h"
 #include "fonts/faces.h"
 #include "fonts/font_lookup.h"
 #include "text/file_fonts.h"
@@ -145,6 +146,20 @@ void draw_bitmap(GlobalBlock& g, const BdfFont& font, const BdfGlyph& b, const F
             FillRule::NonZero);
 }
 
+// Whether the face in `slot` can be embedded: its licence allows it and the embedding
+// driver reads its file. Asked once per face.
+bool file_embeddable(FontFileState& s, int slot) {
+  const auto i = static_cast<std::size_t>(slot);
+  if (s.file_embeddable.size() < s.faces.size()) {
+    s.file_embeddable.resize(s.faces.size(), -1);
+  }
+  if (s.file_embeddable[i] < 0) {
+    const OutlineFont& face = *s.faces[i];
+    s.file_embeddable[i] = face.embeddable() && pdf_can_embed(face.path(), face.face_index()) ? 1 : 0;
+  }
+  return s.file_embeddable[i] == 1;
+}
+
 }  // namespace
 
 int ps_outline_face(GlobalBlock& g, int id) {
@@ -202,8 +217,8 @@ bool draw_font_glyph(GlobalBlock& g, const LaidGlyph& e, double x, double y, Fil
     return false;
   }
   OutlineFont& face = *s.faces[static_cast<std::size_t>(e.face_slot)];
-  const bool as_text = (g.pipe.caps & kCapFontFiles) != 0U && s.embed && face.embeddable() &&
-                       face.truetype() && !e.italic && e.slant == 0.0;
+  const bool as_text = (g.pipe.caps & kCapFontFiles) != 0U && s.embed && !e.italic &&
+                       e.slant == 0.0 && file_embeddable(s, e.face_slot);
   if (!as_text) {
     flush_file_run(g, run);
     return draw_outline(g, face, e.gid, fr);
