@@ -20,6 +20,8 @@ jobs=$(nproc 2>/dev/null || echo 2)
 cmake --build "$root/build" -j"$jobs" --target gallery_examples
 bin=$root/build/examples
 export SOURCE_DATE_EPOCH=${SOURCE_DATE_EPOCH:-1700000000}
+# The data files the build makes (map files, bitmap fonts) are found in the build tree.
+export ZORVEL=${ZORVEL:-$root/build}
 
 run_gallery() {  # folder: every C example, then the Java twins
   local ex
