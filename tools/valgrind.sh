@@ -33,6 +33,7 @@ wrap() {
   cat > "$work/$name.vg" <<EOF
 #!/bin/sh
 exec valgrind -q --leak-check=full --show-leak-kinds=definite,indirect \\
+  --suppressions=$root/tools/valgrind.supp \\
   --errors-for-leak-kinds=definite,indirect --error-exitcode=97 \\
   --log-file="$logs/$name.log" "$prog" "\$@"
 EOF
