@@ -114,6 +114,16 @@ for plan in "w2:ps svg" "w3:ps pdf" "w4:ps svg png" "w5:ps"; do
     [ $have_mpl -eq 1 ] && add "$w.$f" matplotlib "/usr/bin/python3 $mpl $w $f OUT" "$out"
   done
 done
+# W3 in outline fonts: DejaVu Sans through ttfont (the font of matplotlib's labels),
+# Times-Roman through psfont and through hwfont, beside the peers' W3 in the same format.
+for f in ps pdf png; do
+  g=w3f.$f
+  add "$g" zorvel-ttfont "$zb w3t $f OUT" "OUT.$f"
+  add "$g" zorvel-psfont "$zb w3p $f OUT" "OUT.$f"
+  add "$g" zorvel-hwfont "$zb w3h $f OUT" "OUT.$f"
+  [ $have_pl -eq 1 ] && add "$g" plplot "$bin/zb_plplot w3 $f OUT" "OUT.$f"
+  [ $have_mpl -eq 1 ] && add "$g" matplotlib "/usr/bin/python3 $mpl w3 $f OUT" "OUT.$f"
+done
 # W6: two pages, in one file where the format has pages, else in OUT.fmt and OUT_2.fmt
 # (matplotlib's PS too). gnuplot reads the values from a file written here (not timed)
 # and bins them itself.
@@ -226,7 +236,7 @@ median() {  # case, column
 ratio() { awk -v a="$1" -v b="$2" 'BEGIN { if (b > 0 && a != "-") printf "%.2f", a / b; else printf "-" }'; }
 
 echo "Medians of $runs runs, $(date -u +%Y-%m-%d), $(nproc) cores, $(uname -m)"
-printf '%-11s %-11s %8s %8s %8s %11s %7s %7s\n' case program "wall s" "cpu s" "peak MB" bytes /peer /limit
+printf '%-11s %-13s %8s %8s %8s %11s %7s %7s\n' case program "wall s" "cpu s" "peak MB" bytes /peer /limit
 groups=$(for c in "${cases[@]}"; do echo "${c%%|*}"; done | awk '!seen[$0]++')
 for group in $groups; do
   best=""
@@ -237,7 +247,7 @@ for group in $groups; do
     t=$(median "$k" 1)
     [ "$t" = "-" ] && continue
     case $name in
-      zorvel) ;;
+      zorvel | zorvel-*) ;;
       limit) limit=$t ;;
       *) if [ -z "$best" ] || awk -v a="$t" -v b="$best" 'BEGIN { exit !(a < b) }'; then best=$t; fi ;;
     esac
@@ -246,7 +256,7 @@ for group in $groups; do
     IFS='|' read -r g name _ <<< "${cases[$k]}"
     [ "$g" = "$group" ] || continue
     t=$(median "$k" 1)
-    printf '%-11s %-11s %8s %8s %8s %11s %7s %7s\n' "$group" "$name" "$t" "$(median "$k" 2)" \
+    printf '%-11s %-13s %8s %8s %8s %11s %7s %7s\n' "$group" "$name" "$t" "$(median "$k" 2)" \
       "$(awk -v m="$(median "$k" 3)" 'BEGIN { if (m == "-") print "-"; else printf "%.1f", m / 1024 }')" \
       "$(median "$k" 4)" "$(ratio "$t" "$best")" "$(ratio "$t" "$limit")"
   done

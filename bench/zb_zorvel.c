@@ -3,6 +3,8 @@
  * usage: zb_zorvel WORKLOAD FORMAT OUTPREFIX [N]
  *   WORKLOAD  w1 | w2 | w3 | w4 | w5 | w6 (the chart workload of bench/charts)
  *             | w7c | w7h | w7s | w7t (the contour workload of bench/contours)
+ *             | w3t | w3p | w3h (W3 in DejaVu Sans through ttfont, in Times-Roman
+ *             through psfont, in hwfont)
  *   FORMAT    ps | svg | pdf | png (PNG pages of 1200 x 850 pixels, the default raster
  *             output; ZB_ZORVEL_SMOOTH=1 draws them anti-aliased) | cgm | wmf | emf | ipe
  *             | hpgl (the further vector formats)
@@ -113,10 +115,19 @@ static void w2(const char* pre) {
   }
 }
 
-static void w3(const char* pre) {
+/* W3 in the default font, or in the font of `font`: "ttfont" DejaVu Sans (the font of
+ * matplotlib's labels), "psfont" Times-Roman, "hwfont" the driver font. */
+static void w3(const char* pre, const char* font) {
   char text[16];
   int i;
   open_page(pre);
+  if (strcmp(font, "ttfont") == 0) {
+    ttfont("DejaVuSans.ttf");
+  } else if (strcmp(font, "psfont") == 0) {
+    psfont("Times-Roman");
+  } else if (strcmp(font, "hwfont") == 0) {
+    hwfont();
+  }
   height(7); /* 0.7 mm, about 2 pt */
   txtjus("CENT");
   for (i = 0; i < W3_LABELS; i++) {
@@ -300,7 +311,13 @@ int main(int argc, char** argv) {
   } else if (strcmp(argv[1], "w2") == 0) {
     w2(argv[3]);
   } else if (strcmp(argv[1], "w3") == 0) {
-    w3(argv[3]);
+    w3(argv[3], "");
+  } else if (strcmp(argv[1], "w3t") == 0) {
+    w3(argv[3], "ttfont");
+  } else if (strcmp(argv[1], "w3p") == 0) {
+    w3(argv[3], "psfont");
+  } else if (strcmp(argv[1], "w3h") == 0) {
+    w3(argv[3], "hwfont");
   } else if (strcmp(argv[1], "w4") == 0) {
     w4(argv[3]);
   } else if (strcmp(argv[1], "w5") == 0) {
