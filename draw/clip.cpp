@@ -269,6 +269,14 @@ int clip_polygon(const PipelineState& p, std::vector<double>& xs, std::vector<do
     r = {p.circle_x - p.circle_r, p.circle_y - p.circle_r, p.circle_x + p.circle_r,
          p.circle_y + p.circle_r};
   }
+  // A polygon wholly inside (glyphs, markers, most areas) is left as it is.
+  bool inside = true;
+  for (std::size_t i = 0; i < xs.size() && inside; ++i) {
+    inside = xs[i] >= r.xmin && xs[i] <= r.xmax && ys[i] >= r.ymin && ys[i] <= r.ymax;
+  }
+  if (inside) {
+    return static_cast<int>(xs.size());
+  }
   const double bounds[4] = {r.xmin, r.xmax, r.ymin, r.ymax};
   for (int side = 0; side < 4 && !xs.empty(); ++side) {
     clip_polygon_side(xs, ys, tx, ty, side, bounds[side]);
