@@ -26,6 +26,7 @@
 #include "text/font.h"
 #include "text/ps_fonts.h"
 #include "text/formula.h"
+#include "text/glyph_frame.h"
 #include "text/layout.h"
 
 namespace zorvel {
@@ -43,28 +44,6 @@ bool visible(const TextState& t, double x, double y, double width) {
   return std::hypot(cx - t.label_cx, cy - t.label_cy) <= t.label_radius;
 }
 
-// Font units of one glyph to plot units.
-struct GlyphFrame {
-  double x0;  // the pen, raised
-  double y0;
-  double sn;
-  double cs;
-  double ux;
-  double uy;
-  double slant;
-  double inset;
-  bool italic;
-
-  void place(double fx, double fy, double& px, double& py) const {
-    const double v = fy * uy;
-    double u = fx * ux + slant * v + inset;
-    if (italic) {
-      u += v / kItalicRise;
-    }
-    px = x0 + u * cs - v * sn;
-    py = y0 - v * cs - u * sn;
-  }
-};
 
 void draw_strokes(GlobalBlock& g, const AlphabetSlot& s, int glyph, const GlyphFrame& fr) {
   for_each_point(s, glyph, [&](double fx, double fy, bool first) {

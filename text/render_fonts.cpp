@@ -13,6 +13,7 @@
 #include "fonts/faces.h"
 #include "fonts/font_lookup.h"
 #include "text/file_fonts.h"
+#include "text/glyph_frame.h"
 #include "text/layout.h"
 
 namespace zorvel {
@@ -22,33 +23,11 @@ namespace {
 // quarter pixel on raster pages up to 600 dpi.
 constexpr double kFlatness = 0.1;
 
-// Font units (y up) of one glyph to plot units.
-struct Frame {
-  double x0;  // the pen, raised
-  double y0;
-  double sn;
-  double cs;
-  double ux;  // plot units per font unit
-  double uy;
-  double slant;
-  double inset;  // where the glyph's origin lies in its cell, plot units
-  bool italic;
-
-  void place(double fx, double fy, double& px, double& py) const {
-    const double v = fy * uy;
-    double u = fx * ux + slant * v + inset;
-    if (italic) {
-      u += v / kItalicRise;
-    }
-    px = x0 + u * cs - v * sn;
-    py = y0 - v * cs - u * sn;
-  }
-};
 
 // A glyph's contours as a filled shape for the pipeline, the pen at (0, 0).
 class OutlineShape final : public ShapeSource {
  public:
-  OutlineShape(const FlatGlyph& gl, const Frame& fr) : gl_(gl), fr_(fr) {}
+  OutlineShape(const FlatGlyph& gl, const GlyphFrame& fr) : gl_(gl), fr_(fr) {}
   void record(ShapeRecorder& r) const override {
     std::size_t from = 0;
     for (const int end : gl_.ends) {
@@ -69,11 +48,11 @@ class OutlineShape final : public ShapeSource {
 
  private:
   const FlatGlyph& gl_;
-  Frame fr_;
+  GlyphFrame fr_;
 };
 
 // Fills the contours of `gl` placed by `fr` through the pipeline.
-void fill_contours(GlobalBlock& g, const FlatGlyph& gl, const Frame& fr) {
+void fill_contours(GlobalBlock& g, const FlatGlyph& gl, const GlyphFrame& fr) {
   TextScratch& sc = g.text.scratch;
   sc.xs.resize(gl.xs.size());
   sc.ys.resize(gl.xs.size());
@@ -87,7 +66,7 @@ void fill_contours(GlobalBlock& g, const FlatGlyph& gl, const Frame& fr) {
 
 // Draws glyph `gid` of `face` with its origin at `fr`: as a shape defined once where the
 // driver can, else as a filled path. False when the glyph could not be read.
-bool draw_outline(GlobalBlock& g, OutlineFont& face, std::uint32_t gid, const Frame& fr) {
+bool draw_outline(GlobalBlock& g, OutlineFont& face, std::uint32_t gid, const GlyphFrame& fr) {
   const FlatGlyph* gl = face.outline(gid, kFlatness / std::max(fr.uy, 1e-9));
   if (gl == nullptr || gl->broken) {
     return false;
@@ -96,7 +75,7 @@ bool draw_outline(GlobalBlock& g, OutlineFont& face, std::uint32_t gid, const Fr
     return true;  // a glyph without ink
   }
   if ((g.pipe.caps & kCapFilledShapes) != 0U) {
-    Frame rel = fr;
+    GlyphFrame rel = fr;
     rel.x0 = 0.0;
     rel.y0 = 0.0;
     const ShapeKey key{face.id() | (1ULL << 62),
@@ -116,7 +95,7 @@ bool draw_outline(GlobalBlock& g, OutlineFont& face, std::uint32_t gid, const Fr
 }
 
 // A bitmap glyph: every run of set pixels a rectangle, all of them one filled path.
-void draw_bitmap(GlobalBlock& g, const BdfFont& font, const BdfGlyph& b, const Frame& fr) {
+void draw_bitmap(GlobalBlock& g, const BdfFont& font, const BdfGlyph& b, const GlyphFrame& fr) {
   TextScratch& sc = g.text.scratch;
   sc.xs.clear();
   sc.ys.clear();
@@ -189,7 +168,7 @@ bool draw_font_glyph(GlobalBlock& g, const LaidGlyph& e, double x, double y, Fil
   const TextState& t = g.text;
   const double sn = t.sin_a;
   const double cs = t.cos_a;
-  Frame fr{x - sn * e.raise, y - cs * e.raise, sn, cs, e.unit_x, e.unit_y, e.slant, e.inset,
+  GlyphFrame fr{x - sn * e.raise, y - cs * e.raise, sn, cs, e.unit_x, e.unit_y, e.slant, e.inset,
            e.italic};
   FontFileState& s = g.fonts;
   if (e.kind == GlyphKind::Bitmap) {

@@ -37,7 +37,7 @@ echo "== Fuzzer build (clang, libFuzzer + ASan + UBSan)"
 cmake -S "$root" -B "$build" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DZORVEL_FUZZ=ON \
       -DZORVEL_WERROR=ON -DCMAKE_CXX_COMPILER=clang++ -DCMAKE_C_COMPILER=clang \
       -DZORVEL_BUILD_TESTS=OFF -DZORVEL_BUILD_EXAMPLES=OFF -DZORVEL_BUILD_BENCH=OFF > /dev/null
-cmake --build "$build" --target zorvel_fuzz zorvel_fuzz_mapfile zorvel_fuzz_gksl zorvel_fuzz_bdf -j2
+cmake --build "$build" --target zorvel_fuzz zorvel_fuzz_mapfile zorvel_fuzz_gksl zorvel_fuzz_bdf zorvel_fuzz_sfnt -j2
 fuzzer=$build/fuzz/zorvel_fuzz
 mkdir -p "$build/corpus" "$build/artifacts"
 # The fuzzer's temporary folders: what an input killed by a timeout leaves goes too.
@@ -95,6 +95,21 @@ if [ "$seconds" -gt 0 ]; then
      2> "$build/fuzz_bdf.log") || {
     tail -n 60 "$build/fuzz_bdf.log"
     echo "FAIL: the BDF font fuzzer found a fault; the input is in $build/artifacts/"
+    exit 1
+  }
+  # The font file reader of the PDF embedding: as long, seeded with the smallest
+  # TrueType and OpenType faces of the machine's fonts.
+  echo "== Fuzzing the font file reader for $map_seconds s"
+  mkdir -p "$build/corpus_sfnt"
+  if [ -z "$(ls -A "$build/corpus_sfnt")" ]; then
+    find /usr/share/fonts -type f \( -name '*.ttf' -o -name '*.otf' \) -printf '%s %p\n' \
+      2>/dev/null | sort -n | head -n 4 | cut -d' ' -f2- |
+      while read -r f; do cp "$f" "$build/corpus_sfnt/"; done
+  fi
+  (cd "$build" && nice -n 19 "$build/fuzz/zorvel_fuzz_sfnt" "${opts[@]}" \
+     -max_total_time="$map_seconds" "$build/corpus_sfnt" 2> "$build/fuzz_sfnt.log") || {
+    tail -n 60 "$build/fuzz_sfnt.log"
+    echo "FAIL: the font file fuzzer found a fault; the input is in $build/artifacts/"
     exit 1
   }
 fi

@@ -15,6 +15,7 @@
 #include "api_decl.h"
 #include "fonts/outline_font.h"
 #include "tests/unit/recording_driver.h"
+#include "text/ps_fonts.h"
 #include "text/text.h"
 
 namespace zorvel {
@@ -29,7 +30,7 @@ bool have_test_font() {
 
 class FontPlot : public recording::Plot {
  public:
-  FontPlot() : Plot("PS  ", true, kCapFill) {
+  explicit FontPlot(unsigned caps = kCapFill) : Plot("PS  ", true, caps) {
     g.pipe.clip_mode = ClipMode::None;
     text_defaults(g);
   }
@@ -94,6 +95,62 @@ TEST(FontFiles, CapitalsAndHoles) {
       }
     }
   }
+}
+
+TEST(FontFiles, CapitalsInEveryMode) {
+  // Catches a mode scaled by the em or by "height" instead of the capitals' height - 1:
+  // a standard font drawn from its URW twin and a bitmap font (whose "H" is whole pixels).
+  if (!have_test_font()) {
+    GTEST_SKIP() << "no FreeType or no DejaVu Sans";
+  }
+  FontPlot p;
+  GlobalBlock& g = p.g;
+  api::height(g, 101);
+  api::psfont(g, "Helvetica-Bold");
+  api::bmpfnt(g, ZORVEL_TEST_BDF_DIR "/9x15.bdf");
+  const bool bitmap = g.text.font.mode == FontMode::Bitmap;
+  for (int mode = 0; mode < 2; ++mode) {
+    if (mode == 0) {
+      api::psfont(g, "Helvetica-Bold");
+    } else if (bitmap) {
+      api::bmpfnt(g, ZORVEL_TEST_BDF_DIR "/9x15.bdf");
+    } else {
+      continue;  // no BDF font made by this build
+    }
+    const auto h = p.fills_of("H");
+    ASSERT_EQ(h.size(), 1U) << mode;
+    const auto [lo, hi] = std::minmax_element(h[0].ys.begin(), h[0].ys.end());
+    EXPECT_NEAR(*hi - *lo, 100.0, 0.5) << mode;
+  }
+}
+
+TEST(FontFiles, StandardFontsMeasureAlikeOnEveryDevice) {
+  // Catches a layout that depends on the device: the 35 standard fonts are the driver's
+  // own on PostScript and outlines elsewhere, and a string must be as long in both. Also
+  // that kerning moves the pen by exactly the AFM pair.
+  if (!have_test_font()) {
+    GTEST_SKIP() << "no FreeType";
+  }
+  FontPlot text_device(kCapFill | kCapText);
+  FontPlot raster_like;
+  const char* s = "AVATAR Wave, 0.5";
+  for (int id = 0; id < kPsFontCount; ++id) {
+    const std::string name(ps_font(id).name);
+    api::psfont(text_device.g, name.c_str());
+    api::psfont(raster_like.g, name.c_str());
+    ASSERT_EQ(raster_like.font(), name);
+    EXPECT_EQ(api::nlmess(text_device.g, s), api::nlmess(raster_like.g, s)) << name;
+  }
+  GlobalBlock& g = text_device.g;
+  api::height(g, 1001);
+  api::psfont(g, "Times-Roman");
+  const int plain = api::nlmess(g, "AV");
+  api::fntopt(g, "ON", "KERN");
+  const int kerned = api::nlmess(g, "AV");
+  const double em = 1000.0 * 1000.0 / ps_font(kPsTimesRoman).cap_height;  // plot units
+  // Both lengths are rounded: the difference is the pair's to within a plot unit.
+  EXPECT_NEAR(kerned - plain, ps_kern(kPsTimesRoman, 'A', 'V') * em / 1000.0, 1.0);
+  EXPECT_NE(kerned, plain);
 }
 
 TEST(FontFiles, LookupOrderAndWarnings) {
