@@ -4,6 +4,8 @@
 #include <cstdlib>
 #include <ctime>
 
+#include "core/platform.h"
+
 namespace zorvel {
 namespace {
 
@@ -27,11 +29,7 @@ DateTime current_date_time() {
     }
   }
   std::tm tm{};
-  if (utc) {
-    gmtime_r(&t, &tm);
-  } else {
-    localtime_r(&t, &tm);
-  }
+  platform::broken_down_time(t, utc, tm);
   DateTime d{};
   two(d.date, tm.tm_mday);
   d.date[2] = '.';

@@ -1,8 +1,6 @@
 // The life cycle of a plot: choosing the device and the plot file, zorini and zorfin
 // with the end-of-plot summary.
 
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -14,10 +12,11 @@
 #include "core/global_block.h"
 #include "core/keywords.h"
 #include "core/messages.h"
-#include "maps/maps.h"
+#include "core/platform.h"
 #include "core/process.h"
 #include "core/summary.h"
 #include "drivers/registry.h"
+#include "maps/maps.h"
 #include "text/text.h"
 
 namespace zorvel {
@@ -28,20 +27,13 @@ constexpr int kCgmLongestPage = 32767;
 
 namespace {
 
-bool file_exists(const std::string& name) {
-  std::FILE* f = std::fopen(name.c_str(), "r");
-  if (f == nullptr) {
-    return false;
-  }
-  std::fclose(f);
-  return true;
-}
+bool file_exists(const std::string& name) { return platform::file_status(name).exists; }
 
 // Devices and pipes ("/dev/null", "/dev/stdout") are written as they are: they are no
 // plot files that a new version could protect.
 bool is_special_file(const std::string& name) {
-  struct stat st {};
-  return ::stat(name.c_str(), &st) == 0 && !S_ISREG(st.st_mode);
+  const platform::FileStatus st = platform::file_status(name);
+  return st.exists && !st.regular;
 }
 
 // The plot file in memory (memfil): no name is resolved and no file is written; the name
@@ -49,7 +41,7 @@ bool is_special_file(const std::string& name) {
 bool open_memory_file(GlobalBlock& g) {
   CoreState& c = g.core;
   c.memory.next = false;
-  std::FILE* f = ::open_memstream(&c.memory.data, &c.memory.size);
+  std::FILE* f = platform::open_memory_stream(&c.memory.data, &c.memory.size);
   if (f == nullptr) {
     warn(g, 36, std::string_view("(memory)"));
     return false;
@@ -99,7 +91,7 @@ bool open_plot_file(GlobalBlock& g, const DeviceInfo& dev) {
     if (!resolve_file_name(g, name)) {
       return false;
     }
-    f = std::fopen(name.c_str(), dev.file == FileKind::Binary ? "wb" : "w");
+    f = platform::open_file(name, dev.file == FileKind::Binary ? "wb" : "w");
   }
   if (f == nullptr) {
     warn(g, 36, std::string_view(name));
@@ -108,20 +100,21 @@ bool open_plot_file(GlobalBlock& g, const DeviceInfo& dev) {
   c.plot_handle.reset(f);
   c.plot_file = name;
   c.has_plot_file = true;
-  struct stat st {};
-  c.file_watched = ::fstat(fileno(f), &st) == 0 && S_ISREG(st.st_mode);
-  c.file_device = static_cast<std::uint64_t>(st.st_dev);
-  c.file_inode = static_cast<std::uint64_t>(st.st_ino);
+  const platform::FileStatus st = platform::stream_status(f);
+  c.file_watched = st.regular;
+  c.file_device = st.device;
+  c.file_inode = st.inode;
   return true;
 }
 
 // A plot file deleted, or replaced by another file, while the plot was open: what was
 // drawn went into a file that no name leads to any more.
 bool plot_file_lost(const CoreState& c) {
-  struct stat st {};
-  return c.file_watched && (::stat(c.plot_file.c_str(), &st) != 0 ||
-                            static_cast<std::uint64_t>(st.st_dev) != c.file_device ||
-                            static_cast<std::uint64_t>(st.st_ino) != c.file_inode);
+  if (!c.file_watched) {
+    return false;
+  }
+  const platform::FileStatus st = platform::file_status(c.plot_file);
+  return !st.exists || st.device != c.file_device || st.inode != c.file_inode;
 }
 
 }  // namespace
@@ -359,6 +352,9 @@ void zorfin(GlobalBlock& g) {
   bool ok = close_device(g);
   if (c.plot_handle) {
     std::FILE* f = c.plot_handle.release();
+    if (c.memory.open) {
+      platform::settle_memory_stream(f, &c.memory.data, &c.memory.size);
+    }
     if (std::fclose(f) != 0) {
       ok = false;
     }

@@ -6,6 +6,7 @@
 #include "core/format.h"
 #include "core/global_block.h"
 #include "core/keywords.h"
+#include "core/platform.h"
 #include "core/process.h"
 
 namespace zorvel {
@@ -171,7 +172,7 @@ void open_message_file(GlobalBlock& g) {
       usable = resolve_file_name(g, name);
     }
     if (usable) {
-      f = std::fopen(name.c_str(), m.device == 2 ? "a" : "w");
+      f = platform::open_file(name, m.device == 2 ? "a" : "w");
     }
   }
   m.opening = false;

@@ -3,8 +3,6 @@
 
 #include "core/metafile.h"
 
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
@@ -17,6 +15,7 @@
 #include "core/global_block.h"
 #include "core/keywords.h"
 #include "core/messages.h"
+#include "core/platform.h"
 #include "draw/colour.h"
 #include "draw/pipeline.h"
 #include "drivers/registry.h"
@@ -326,11 +325,9 @@ class Replay {
 // file could not be read as a metafile at all.
 bool replay_file(GlobalBlock& g, const char* path, Placement at, double xfac) {
   // The plot's own file grows while it is read: the replay would never end.
-  struct stat st {};
   const CoreState& c = g.core;
-  if (c.file_watched && ::stat(path, &st) == 0 &&
-      static_cast<std::uint64_t>(st.st_dev) == c.file_device &&
-      static_cast<std::uint64_t>(st.st_ino) == c.file_inode) {
+  const platform::FileStatus st = platform::file_status(path);
+  if (c.file_watched && st.exists && st.device == c.file_device && st.inode == c.file_inode) {
     warn(g, 2, std::string_view(path));
     return false;
   }
@@ -378,11 +375,10 @@ bool replay_file(GlobalBlock& g, const char* path, Placement at, double xfac) {
 }  // namespace
 
 bool GkslFields::open(const char* path) {
-  struct stat st {};
-  if (path == nullptr || ::stat(path, &st) != 0 || !S_ISREG(st.st_mode)) {
+  if (path == nullptr || !platform::file_status(path).regular) {
     return false;
   }
-  file_.reset(std::fopen(path, "rb"));
+  file_.reset(platform::open_file(path, "rb"));
   if (!file_) {
     return false;
   }

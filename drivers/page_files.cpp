@@ -1,10 +1,9 @@
 #include "drivers/page_files.h"
 
-#include <sys/stat.h>
-
 #include <algorithm>
 
 #include "core/format.h"
+#include "core/platform.h"
 
 namespace zorvel {
 namespace {
@@ -15,8 +14,7 @@ constexpr std::size_t kVersionName = 8;
 }  // namespace
 
 bool is_regular_file(const std::string& name) {
-  struct stat st {};
-  return !name.empty() && ::stat(name.c_str(), &st) == 0 && S_ISREG(st.st_mode);
+  return !name.empty() && platform::file_status(name).regular;
 }
 
 FilePtr create_version(const std::string& plot_file, const DriverSetup::Versions& rules,
@@ -52,11 +50,10 @@ FilePtr create_version(const std::string& plot_file, const DriverSetup::Versions
     }
     name = plot_file.substr(0, dir_len) + stem + suffix + plot_file.substr(ext_at);
     // "x": created only when no such file exists, so that two plots never share one.
-    if (FilePtr f{std::fopen(name.c_str(), "wx")}) {
+    if (FilePtr f{platform::open_file(name, "wx")}) {
       return f;
     }
-    struct stat st {};
-    if (::stat(name.c_str(), &st) != 0) {
+    if (!platform::file_status(name).exists) {
       return nullptr;  // not taken, yet not creatable: no later version would be either
     }
   }

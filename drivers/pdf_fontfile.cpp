@@ -22,6 +22,7 @@
 #include <memory>
 
 #include "core/format.h"
+#include "core/platform.h"
 
 namespace zorvel {
 namespace {
@@ -222,7 +223,7 @@ bool FontProgram::load(std::string_view path, int face_index) {
   struct Closer {
     void operator()(std::FILE* f) const { std::fclose(f); }
   };
-  const std::unique_ptr<std::FILE, Closer> f(std::fopen(std::string(path).c_str(), "rb"));
+  const std::unique_ptr<std::FILE, Closer> f(platform::open_file(std::string(path), "rb"));
   if (!f) {
     return false;
   }

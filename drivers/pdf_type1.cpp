@@ -10,6 +10,7 @@
 #include <memory>
 
 #include "core/format.h"
+#include "core/platform.h"
 #include "text/driver_font.h"
 #include "text/ps_fonts.h"
 
@@ -51,7 +52,7 @@ void append_angle(std::string& s, double v) {
 bool is_blank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 
 bool file_exists(const std::string& path) {
-  std::FILE* f = std::fopen(path.c_str(), "rb");
+  std::FILE* f = platform::open_file(path, "rb");
   if (f == nullptr) {
     return false;
   }
@@ -193,7 +194,7 @@ int PdfExtraCodes::code(std::uint32_t unicode) {
 }
 
 bool read_type1_program(const std::string& path, Type1Program& program) {
-  std::unique_ptr<std::FILE, int (*)(std::FILE*)> f(std::fopen(path.c_str(), "rb"), &std::fclose);
+  std::unique_ptr<std::FILE, int (*)(std::FILE*)> f(platform::open_file(path, "rb"), &std::fclose);
   if (!f) {
     return false;
   }

@@ -344,12 +344,16 @@ bool ends_with(const std::string& s, std::string_view tail) {
 }
 
 bool png_writer(Sink& out, const PixelView& px, const ImageOptions&) { return write_png(out, px); }
+#ifdef ZORVEL_HAVE_TIFF
 bool tiff_writer(Sink& out, const PixelView& px, const ImageOptions& o) {
   return write_tiff(out, px, o.tiff);
 }
+#endif
+#ifdef ZORVEL_HAVE_GIF
 bool gif_writer(Sink& out, const PixelView& px, const ImageOptions& o) {
   return write_gif(out, px, o.table);
 }
+#endif
 bool bmp_writer(Sink& out, const PixelView& px, const ImageOptions&) { return write_bmp(out, px); }
 bool ppm_writer(Sink& out, const PixelView& px, const ImageOptions&) { return write_ppm(out, px); }
 bool raw_writer(Sink& out, const PixelView& px, const ImageOptions&) {
@@ -373,8 +377,14 @@ ImageWriter image_writer_for(std::string_view file_name) {
   static constexpr struct {
     std::string_view ext;
     ImageWriter writer;
-  } kWriters[] = {{".png", &png_writer}, {".tif", &tiff_writer}, {".tiff", &tiff_writer},
-                  {".gif", &gif_writer}, {".bmp", &bmp_writer},  {".ppm", &ppm_writer},
+  } kWriters[] = {{".png", &png_writer},
+#ifdef ZORVEL_HAVE_TIFF
+                  {".tif", &tiff_writer}, {".tiff", &tiff_writer},
+#endif
+#ifdef ZORVEL_HAVE_GIF
+                  {".gif", &gif_writer},
+#endif
+                  {".bmp", &bmp_writer},  {".ppm", &ppm_writer},
                   {".img", &raw_writer}, {".ps", &ps_writer},    {".eps", &ps_writer}};
   for (const auto& w : kWriters) {
     if (ends_with(name, w.ext)) {

@@ -31,6 +31,19 @@ using T = Turning;
 using S = Sheet;
 using K = FileKind;
 
+// TIFF and GIF files need libtiff and giflib, which a build may lack (Windows): their
+// devices then give warning 183.
+#ifdef ZORVEL_HAVE_TIFF
+constexpr DriverFactory kTiffFactory = &make_tiff_driver;
+#else
+constexpr DriverFactory kTiffFactory = nullptr;
+#endif
+#ifdef ZORVEL_HAVE_GIF
+constexpr DriverFactory kGifFactory = &make_gif_driver;
+#else
+constexpr DriverFactory kGifFactory = nullptr;
+#endif
+
 // Device units per plot unit at true size (a plot unit is 0.1 mm).
 constexpr double kPs = 2.0;  // PostScript: 1/200 cm
 constexpr double kPoints = 72.0 / 254.0;
@@ -95,13 +108,13 @@ constexpr std::array kDevices = {
     postscript("PS  ", 504, "ps", S::Printable, kWhitePaper, 3),
     DeviceInfo{"PDF ", 511, "pdf", K::Binary, F::Pdf, D::Paper, T::PageMode, kPoints,
                S::None, false, false, -kPsLine / kPs, 24, kWhitePaper, 0, &make_pdf_driver},
-    raster("TIFF", 601, "tif", K::Binary, 24, &make_tiff_driver),
+    raster("TIFF", 601, "tif", K::Binary, 24, kTiffFactory),
     raster("IMAG", 602, "img", K::Binary, 24, &make_imag_driver),
     raster("VIRT", 603, "", K::None, 24, &make_virtual_driver),
     raster("PNG ", 604, "png", K::Binary, 24, &make_png_driver),
     raster("PPM ", 605, "ppm", K::Binary, 24, &make_ppm_driver),
     raster("BMP ", 606, "bmp", K::Binary, 24, &make_bmp_driver),
-    raster("GIF ", 607, "gif", K::Binary, 8, &make_gif_driver),
+    raster("GIF ", 607, "gif", K::Binary, 8, kGifFactory),
     DeviceInfo{"JAVA", 701, "java", K::Text, F::Java, D::Pixels, T::PageMode, kPixels,
                S::Window, false, false, kOnePixel, 24, kScreen | kColourDarkOnLight, 0,
                &make_java_driver},

@@ -12,6 +12,7 @@
 #include "core/global_block.h"
 #include "core/keywords.h"
 #include "core/messages.h"
+#include "core/platform.h"
 #include "fonts/faces.h"
 #include "fonts/font_lookup.h"
 #include "text/file_fonts.h"
@@ -87,7 +88,7 @@ bool read_file(const std::string& path, std::vector<std::uint8_t>& data) {
   if (ec || size > kMaxBdfFile) {
     return false;
   }
-  std::FILE* f = std::fopen(path.c_str(), "rb");
+  std::FILE* f = platform::open_file(path, "rb");
   if (f == nullptr) {
     return false;
   }

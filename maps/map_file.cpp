@@ -11,6 +11,8 @@
 #include <cstdio>
 #include <memory>
 
+#include "core/platform.h"
+
 namespace zorvel {
 namespace {
 
@@ -67,7 +69,7 @@ bool box_meets(const MapBox& want, const MapBox& rec) {
 
 int read_map_file(const std::string& path, const MapBox& box, bool lines, MapSink& sink,
                   MapFileWork& work) {
-  std::unique_ptr<std::FILE, FileCloser> file(std::fopen(path.c_str(), "rb"));
+  std::unique_ptr<std::FILE, FileCloser> file(platform::open_file(path, "rb"));
   if (!file) {
     return kMissing;
   }

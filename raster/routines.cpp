@@ -11,6 +11,7 @@
 #include "core/global_block.h"
 #include "core/keywords.h"
 #include "core/messages.h"
+#include "core/platform.h"
 #include "draw/colour.h"
 #include "draw/pipeline.h"
 #include "drivers/raster_driver.h"
@@ -308,7 +309,7 @@ void wimage(GlobalBlock& g, const char* cfil) {
   options.ps.user_page = pg.hw_page_set;
   options.ps.page_width = static_cast<int>(2 * pg.hw_page_width);
   options.ps.page_height = static_cast<int>(2 * pg.hw_page_height);
-  std::FILE* f = std::fopen(name.c_str(), "wb");
+  std::FILE* f = platform::open_file(name, "wb");
   if (f == nullptr) {
     warn(g, 36);
     return;

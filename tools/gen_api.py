@@ -299,7 +299,9 @@ HEADER_TOP = """\
 
 #include <stdio.h>
 
-#if defined(_WIN32)
+#if defined(_WIN32) && defined(ZORVEL_BUILDING)
+#  define ZORVEL_API /* the DLLs export what their .def files list */
+#elif defined(_WIN32)
 #  define ZORVEL_API __declspec(dllimport)
 #elif defined(__GNUC__)
 #  define ZORVEL_API __attribute__((visibility("default")))
