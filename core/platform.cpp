@@ -57,14 +57,34 @@ std::FILE* open_file(const std::string& path, const char* mode) {
   return _wfopen(name.c_str(), wide(mode).c_str());
 }
 
+namespace {
+
+// The file's identity: its volume and its index on the volume (the C library's stat has
+// no inode numbers on Windows).
+void identify(HANDLE h, FileStatus& s) {
+  BY_HANDLE_FILE_INFORMATION info{};
+  if (h != INVALID_HANDLE_VALUE && GetFileInformationByHandle(h, &info) != 0) {
+    s.device = info.dwVolumeSerialNumber;
+    s.inode = (static_cast<std::uint64_t>(info.nFileIndexHigh) << 32) | info.nFileIndexLow;
+  }
+}
+
+}  // namespace
+
 FileStatus file_status(const std::string& path) {
   FileStatus s;
+  const std::wstring name = wide(path);
   struct _stat64 st {};
-  if (_wstat64(wide(path).c_str(), &st) == 0) {
-    s.exists = true;
-    s.regular = (st.st_mode & _S_IFMT) == _S_IFREG;
-    s.device = static_cast<std::uint64_t>(st.st_dev);
-    s.inode = static_cast<std::uint64_t>(st.st_ino);
+  if (name.empty() || _wstat64(name.c_str(), &st) != 0) {
+    return s;
+  }
+  s.exists = true;
+  s.regular = (st.st_mode & _S_IFMT) == _S_IFREG;
+  HANDLE h = CreateFileW(name.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                         nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+  identify(h, s);
+  if (h != INVALID_HANDLE_VALUE) {
+    CloseHandle(h);
   }
   return s;
 }
@@ -72,12 +92,12 @@ FileStatus file_status(const std::string& path) {
 FileStatus stream_status(std::FILE* f) {
   FileStatus s;
   struct _stat64 st {};
-  if (f != nullptr && _fstat64(_fileno(f), &st) == 0) {
-    s.exists = true;
-    s.regular = (st.st_mode & _S_IFMT) == _S_IFREG;
-    s.device = static_cast<std::uint64_t>(st.st_dev);
-    s.inode = static_cast<std::uint64_t>(st.st_ino);
+  if (f == nullptr || _fstat64(_fileno(f), &st) != 0) {
+    return s;
   }
+  s.exists = true;
+  s.regular = (st.st_mode & _S_IFMT) == _S_IFREG;
+  identify(reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(f))), s);
   return s;
 }
 

@@ -2,10 +2,12 @@
 # Builds Zorvel and runs every test: the normal build (g++), its examples and end-to-end
 # programs under Valgrind (tools/valgrind.sh), then the whole suite once more under
 # AddressSanitizer and UndefinedBehaviorSanitizer (clang), then a bounded run of the
-# fuzzer whose files go to their readers (tools/fuzz.sh, a few minutes). Warnings are
-# errors in every build. Installs missing Debian packages first. The normal build is
+# fuzzer whose files go to their readers (tools/fuzz.sh, a few minutes), and last the
+# Windows libraries cross-built with mingw-w64 and run under wine (tools/windows.sh).
+# Warnings are errors in every build. Installs missing Debian packages first. The normal build is
 # build/, configured by tools/configure.sh as for tools/gallery.sh.
-# Usage: tools/check.sh [--quick]    (--quick: skip Valgrind, the sanitizer build and the fuzzer)
+# Usage: tools/check.sh [--quick]    (--quick: skip Valgrind, the sanitizer build, the fuzzer
+#                                    and the Windows libraries)
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 jobs=$(nproc 2>/dev/null || echo 2)
@@ -34,3 +36,6 @@ echo "== Fuzzer (bounded run)"
 # is the long run of fuzz/README.md.
 ZORVEL_FUZZ_ARGS="-seed=1 -runs=${ZORVEL_FUZZ_RUNS:-60000} ${ZORVEL_FUZZ_ARGS:-}" \
   "$root/tools/fuzz.sh"
+
+echo "== The Windows libraries (mingw-w64, wine)"
+"$root/tools/windows.sh" "$root/build"
