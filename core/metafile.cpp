@@ -504,7 +504,7 @@ void metcnv(GlobalBlock& g, const char* cdev, const char* copt) {
   }
   // The new file takes the metafile's name with the device's extension.
   std::string out = name;
-  const auto slash = out.find_last_of('/');
+  const auto slash = out.find_last_of("/\\");
   const auto dot = out.find_last_of('.');
   if (dot != std::string::npos && (slash == std::string::npos || dot > slash)) {
     out.resize(dot);

@@ -174,7 +174,7 @@ FontLocation find_font_file(std::string_view name) {
   if (file.empty()) {
     return {};
   }
-  if (file.find('/') != std::string_view::npos) {
+  if (file.find_first_of("/\\") != std::string_view::npos) {
     loc.path = file;
     return loc;
   }
