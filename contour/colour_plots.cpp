@@ -450,6 +450,7 @@ void coltri(GlobalBlock& g, const double* xray, const double* yray, const double
   check_log_values(g, zray, static_cast<std::size_t>(n));
   const int colour = g.colour.current;
   const FillPatternScope solid(g, kSolidPattern);
+  const SeamlessFillScope mesh(g);
   long long skipped = 0;
   for (int t = 0; t < ntri; ++t) {
     const int idx[3] = {i1ray[t], i2ray[t], i3ray[t]};

@@ -85,6 +85,7 @@ void fill_band(GlobalBlock& g, const BandRange& band, int number, bool floor) {
 // follows. `edges` makes a band's outline.
 template <class Edges>
 void shade_bands(GlobalBlock& g, Edges edges, bool floor = false) {
+  const SeamlessFillScope bands(g);  // neighbouring bands share their edges
   ColourPlotState& c = g.contours.colour;
   const std::vector<double>& l = c.levels;
   const int colour = g.colour.current;

@@ -701,6 +701,7 @@ void paint_face(GlobalBlock& g, const SurfacePoint* const* p, int n, const Rgb* 
 // painted far to near (the depth of their centres), or into the z-buffer when a section
 // is open. Faces of two triangles (quads) are painted together when `pairs`.
 void shade_triangles(GlobalBlock& g, const std::vector<std::uint32_t>& tri, bool pairs) {
+  const SeamlessFillScope mesh(g);
   SurfaceState& s = g.contours.surface;
   const int current = g.colour.current;
   const std::size_t per = pairs ? 6 : 3;
@@ -873,6 +874,7 @@ void shade_surface_bands(GlobalBlock& g, const GridData& grid, const std::vector
   if (levels.empty() || !check_grid(g, grid.x, grid.nx, grid.y, grid.ny)) {
     return;
   }
+  const SeamlessFillScope mesh(g);
   const int nx = grid.nx;
   project_grid(g, nx, grid.ny, [&](int i, int j) {
     return std::array<double, 3>{grid.x[i], grid.y[j],

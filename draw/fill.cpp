@@ -331,7 +331,8 @@ void fill_path(GlobalBlock& g, const double* xs, const double* ys, const int* en
     for (std::size_t i = 0; i < fx.size(); ++i) {
       to_device(p, fx[i], fy[i], fx[i], fy[i]);
     }
-    p.driver->fill(Path{fx, fy, p.fill_ends, rule}, colour_rgb(g, g.colour.current));
+    p.driver->fill(Path{fx, fy, p.fill_ends, rule, p.seamless_fills},
+                   colour_rgb(g, g.colour.current));
   } else {
     double step = p.device != nullptr ? thinnest_line(*p.device, p.scale) : 1.0;
     hatch(g, rule, {0.0, step, false, true});

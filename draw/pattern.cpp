@@ -85,6 +85,12 @@ FillPatternScope::FillPatternScope(GlobalBlock& g, int number)
 
 FillPatternScope::~FillPatternScope() { g_.pipe.pattern.number = old_; }
 
+SeamlessFillScope::SeamlessFillScope(GlobalBlock& g) : g_(g), old_(g.pipe.seamless_fills) {
+  g.pipe.seamless_fills = true;
+}
+
+SeamlessFillScope::~SeamlessFillScope() { g_.pipe.seamless_fills = old_; }
+
 namespace api {
 
 void shdpat(GlobalBlock& g, int ipat) {

@@ -135,6 +135,7 @@ struct ShapeCache {
 };
 
 struct PipelineState {
+  bool seamless_fills = false;     // fills are pieces of a mesh (SeamlessFillScope)
   // Device
   std::unique_ptr<Driver> driver;  // driver of the open plot; null at level 0
   std::unique_ptr<Sink> sink;      // where it writes: the plot file (null: no file)
@@ -280,6 +281,21 @@ class FillPatternScope {
  private:
   GlobalBlock& g_;
   int old_;
+};
+
+// Fills as pieces of a mesh while it lives (Path::seamless): code that fills many
+// polygons meeting edge to edge (shaded surfaces, coloured triangles) keeps raster pages
+// from showing the background through their shared edges.
+class SeamlessFillScope {
+ public:
+  explicit SeamlessFillScope(GlobalBlock& g);
+  ~SeamlessFillScope();
+  SeamlessFillScope(const SeamlessFillScope&) = delete;
+  SeamlessFillScope& operator=(const SeamlessFillScope&) = delete;
+
+ private:
+  GlobalBlock& g_;
+  bool old_;
 };
 
 // Fills the annular sector around (cx, cy) (plot units before the origin offset) from

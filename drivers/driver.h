@@ -145,6 +145,9 @@ struct Path {
   std::span<const double> ys;
   std::span<const int> ends;
   FillRule rule = FillRule::NonZero;
+  bool seamless = false;  // one of many pieces that meet edge to edge (shaded surfaces,
+                          //   triangles in colours): raster pages fill it without
+                          //   anti-aliased edges, which would leave seams between them
 };
 
 // A filled annular sector in device units: centre, inner radius r1 (0: a pie slice) up

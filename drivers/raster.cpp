@@ -263,7 +263,11 @@ double to_boundary(double v) { return std::round(v - 0.5) + 0.5; }
 
 void RasterDriver::fill(const Path& path, Rgb rgb) {
   end_line();
-  const bool aa = page_->antialias();
+  // Pieces of a mesh are sampled, not covered: their shared edges would let the
+  // background through.
+  const bool page_aa = page_->antialias();
+  const bool aa = page_aa && !path.seamless;
+  page_->set_antialias(aa);
   const bool snapped = aa && rectilinear(path);
   std::size_t from = 0;
   for (const int end : path.ends) {
@@ -293,6 +297,7 @@ void RasterDriver::fill(const Path& path, Rgb rgb) {
   page_->set_colour(rgb);
   page_->paint(path.rule);
   page_->set_colour(current_);
+  page_->set_antialias(page_aa);
 }
 
 void RasterDriver::erase() {

@@ -225,3 +225,53 @@ TEST(ConShd, OneFillPerBandAndBadInput) {
 
 }  // namespace
 }  // namespace zorvel
+
+namespace zorvel {
+namespace {
+
+TEST(ColTri, AntiAliasedTrianglesLeaveNoSeams) {
+  // Catches mesh pieces filled with anti-aliased edges on a raster page: two triangles of
+  // one colour that share the square's diagonal must colour every pixel along it fully,
+  // with no trace of the white paper between them.
+  Captured c;
+  GlobalBlock& g = c.g;
+  api::metafl(g, "VIRT");
+  api::imgsiz(g, 200, 200);
+  api::scrmod(g, "REVERS");
+  api::zorini(g);
+  api::imgopt(g, "ON", "ANTI");
+  api::axspos(g, 400, 1600);
+  api::axslen(g, 1200, 1200);
+  api::graf(g, 0.0, 1.0, 0.0, 1.0, 0.0, 1.0, 0.0, 1.0);
+  api::setvlt(g, "GREY");
+  api::colran(g, 100, 100);
+  const double x[4] = {0.0, 1.0, 1.0, 0.0};
+  const double y[4] = {0.0, 0.0, 1.0, 1.0};
+  const double z[4] = {0.5, 0.5, 0.5, 0.5};
+  const int i1[2] = {1, 1};
+  const int i2[2] = {2, 3};
+  const int i3[2] = {3, 4};
+  api::setscl(g, z, 4, "Z");
+  api::coltri(g, x, y, z, 4, i1, i2, i3, 2);
+  // The page's 2970 x 2100 plot units fit the 200-pixel image at 200 / 2970 pixels per
+  // unit: the square's centre (1000, 1000) is at pixel (67, 67), and the diagonal crosses
+  // the box around it.
+  api::imgini(g);
+  int inside = -1;
+  int off = 0;
+  for (int j = 57; j <= 77; ++j) {
+    for (int i = 57; i <= 77; ++i) {
+      int v = 0;
+      api::rpixel(g, i, j, &v);
+      inside = inside < 0 ? v : inside;
+      off += v != inside ? 1 : 0;
+    }
+  }
+  api::imgfin(g);
+  EXPECT_GT(inside, 0) << c.text();
+  EXPECT_EQ(off, 0);
+  api::zorfin(g);
+}
+
+}  // namespace
+}  // namespace zorvel
