@@ -44,6 +44,7 @@
 #include <zlib.h>
 
 #include <algorithm>
+#include <utility>
 #include <bitset>
 #include <cerrno>
 #include <cmath>
@@ -450,6 +451,14 @@ class PdfDriver final : public Driver {
   int define_filled_form(const Shape& shape);
   void use_alpha(int a);
   int use_font(std::string_view face);
+  // Begins the text state of a run: fill colour and alpha, the font `prefix` + (index + 1)
+  // at `size` unless `key` and the size are those written last, and the stretch. Returns
+  // the cosine and sine of the base line's angle, exact for quarter turns.
+  std::pair<double, double> start_text(double angle, std::string_view prefix, int index, int key,
+                                       double size, double stretch);
+  // Writes the strings and displacements of a TJ array (a lone string with Tj) and
+  // empties it.
+  void write_tj(std::vector<std::string>& items);
   int glyph_code(Font& font, const GlyphPlace& g);
   void font_file_text(const TextRun& run);
 
@@ -983,6 +992,55 @@ int code_width(int font, const GlyphPlace& g, int code) {
   return g.code != 0 ? ps_code_width(font, code) : std::max(ps_width(font, g.unicode), 0);
 }
 
+std::pair<double, double> PdfDriver::start_text(double angle, std::string_view prefix,
+                                                int index, int key, double size,
+                                                double stretch) {
+  angle = std::fmod(angle, 360.0);
+  if (!std::isfinite(angle)) {
+    angle = 0.0;
+  }
+  double cs = std::cos(angle * (3.14159265358979323846 / 180.0));
+  double sn = std::sin(angle * (3.14159265358979323846 / 180.0));
+  if (std::fabs(angle - std::round(angle / 90.0) * 90.0) < 1e-9) {
+    cs = std::round(cs);  // exact quarter turns
+    sn = std::round(sn);
+  }
+  use_fill_colour(colour_);
+  use_alpha(colour_.a);
+  const double size_pt = scaled(size, 3) / 1000.0;  // as written
+  if (key != font_written_ || size_pt != size_written_) {
+    char tmp[kNumberBuffer];
+    std::copy(prefix.begin(), prefix.end(), tmp);
+    char* end = format_int(tmp + prefix.size(), index + 1);
+    *end++ = ' ';
+    word({tmp, static_cast<std::size_t>(end - tmp)});
+    real(size, 3);
+    word("Tf ");
+    font_written_ = key;
+    size_written_ = size_pt;
+  }
+  if (stretch != stretch_written_) {
+    real(100.0 * stretch, 3);
+    word("Tz ");
+    stretch_written_ = stretch;
+  }
+  return {cs, sn};
+}
+
+void PdfDriver::write_tj(std::vector<std::string>& items) {
+  if (items.size() == 1) {
+    word(items[0]);
+    word("Tj ");
+  } else if (!items.empty()) {
+    word("[");
+    for (const std::string& w : items) {
+      word(w);
+    }
+    word("] TJ ");
+  }
+  items.clear();
+}
+
 // One BT ... ET per run: the text matrix puts the left end of the first character's
 // advance at its place on the rotated base line, then one string shows the characters.
 // The gap that the text engine leaves between the first two characters becomes the
@@ -1005,34 +1063,7 @@ void PdfDriver::text(const TextRun& run) {
   const int id = resource.id;
   const double size = std::min(run.size, 1e5);
   const double stretch = run.stretch > 0.0 && run.stretch < 2.0 ? run.stretch : 1.0;
-  double angle = std::fmod(run.angle, 360.0);
-  if (!std::isfinite(angle)) {
-    angle = 0.0;
-  }
-  double cs = std::cos(angle * (3.14159265358979323846 / 180.0));
-  double sn = std::sin(angle * (3.14159265358979323846 / 180.0));
-  if (std::fabs(angle - std::round(angle / 90.0) * 90.0) < 1e-9) {
-    cs = std::round(cs);  // exact quarter turns
-    sn = std::round(sn);
-  }
-  use_fill_colour(colour_);
-  use_alpha(colour_.a);
-  const double size_pt = scaled(size, 3) / 1000.0;  // as written
-  if (font != font_written_ || size_pt != size_written_) {
-    char tmp[kNumberBuffer] = "/F";
-    char* end = format_int(tmp + 2, font + 1);
-    *end++ = ' ';
-    word({tmp, static_cast<std::size_t>(end - tmp)});
-    real(size, 3);
-    word("Tf ");
-    font_written_ = font;
-    size_written_ = size_pt;
-  }
-  if (stretch != stretch_written_) {
-    real(100.0 * stretch, 3);
-    word("Tz ");
-    stretch_written_ = stretch;
-  }
+  const auto [cs, sn] = start_text(run.angle, "/F", font, font, size, stretch);
 
   const double em = size * stretch / 1000.0;  // points per thousandth along the line
   const double x0 = run.glyphs[0].x;
@@ -1072,17 +1103,7 @@ void PdfDriver::text(const TextRun& run) {
   };
   const auto show = [&] {
     end_piece();
-    if (items.size() == 1) {
-      word(items[0]);
-      word("Tj ");
-    } else if (!items.empty()) {
-      word("[");
-      for (const std::string& w : items) {
-        word(w);
-      }
-      word("] TJ ");
-    }
-    items.clear();
+    write_tj(items);
   };
   for (const GlyphPlace& g : run.glyphs) {
     const int c = glyph_code(resource, g);
@@ -1145,35 +1166,8 @@ void PdfDriver::font_file_text(const TextRun& run) {
   end_path();
   const double size = std::min(run.size, 1e5);
   const double stretch = run.stretch > 0.0 && run.stretch < 2.0 ? run.stretch : 1.0;
-  double angle = std::fmod(run.angle, 360.0);
-  if (!std::isfinite(angle)) {
-    angle = 0.0;
-  }
-  double cs = std::cos(angle * (3.14159265358979323846 / 180.0));
-  double sn = std::sin(angle * (3.14159265358979323846 / 180.0));
-  if (std::fabs(angle - std::round(angle / 90.0) * 90.0) < 1e-9) {
-    cs = std::round(cs);  // exact quarter turns
-    sn = std::round(sn);
-  }
-  use_fill_colour(colour_);
-  use_alpha(colour_.a);
   // The font is remembered as -2 - index, which the driver fonts' index never equals.
-  const double size_pt = scaled(size, 3) / 1000.0;
-  if (font_written_ != -2 - font || size_pt != size_written_) {
-    char tmp[kNumberBuffer] = "/FF";
-    char* end = format_int(tmp + 3, font + 1);
-    *end++ = ' ';
-    word({tmp, static_cast<std::size_t>(end - tmp)});
-    real(size, 3);
-    word("Tf ");
-    font_written_ = -2 - font;
-    size_written_ = size_pt;
-  }
-  if (stretch != stretch_written_) {
-    real(100.0 * stretch, 3);
-    word("Tz ");
-    stretch_written_ = stretch;
-  }
+  const auto [cs, sn] = start_text(run.angle, "/FF", font, -2 - font, size, stretch);
   if (spacing_written_ != 0.0) {
     word("0 Tc ");
     spacing_written_ = 0.0;
@@ -1201,17 +1195,7 @@ void PdfDriver::font_file_text(const TextRun& run) {
   };
   const auto show = [&] {
     end_piece();
-    if (items.size() == 1) {
-      word(items[0]);
-      word("Tj ");
-    } else if (!items.empty()) {
-      word("[");
-      for (const std::string& w : items) {
-        word(w);
-      }
-      word("] TJ ");
-    }
-    items.clear();
+    write_tj(items);
   };
   double pen = 0.0;  // where the viewer's advances have taken the origin
   for (const GlyphPlace& g : run.glyphs) {

@@ -50,11 +50,8 @@ void use_outline(GlobalBlock& g, int slot, FontMode mode) {
   load_font(g.text.font, kFontComplx);
   g.text.font.mode = mode;
   FontFileState& s = g.fonts;
-  s.ps_font = -1;
-  s.bitmap.reset();
+  forget_font_file(s);
   s.roman = slot;
-  s.italic = -1;
-  s.fallbacks.clear();
   s.name = s.faces[static_cast<std::size_t>(slot)]->full_name();
 }
 
@@ -177,16 +174,14 @@ void psfont(GlobalBlock& g, const char* cfnt) {
     return;
   }
   const bool driver_text = g.pipe.driver && (g.pipe.caps & kCapText) != 0U;
+  load_font(g.text.font, kFontComplx);
+  forget_font_file(g.fonts);
   if (!driver_text && ps_outline_face(g, id) < 0) {
-    // Without the twin's outlines nothing could draw the font here.
+    // Without the twin's outlines nothing could draw the font here: complx draws.
     warn(g, kNoFontType, cfnt);
-    load_font(g.text.font, kFontComplx);
-    forget_font_file(g.fonts);
     return;
   }
-  load_font(g.text.font, kFontComplx);
   g.text.font.mode = FontMode::Driver;
-  forget_font_file(g.fonts);
   g.fonts.ps_font = id;
   g.fonts.name = ps_font(id).name;
 }
