@@ -103,7 +103,7 @@ if [ "$seconds" -gt 0 ]; then
   mkdir -p "$build/corpus_sfnt"
   if [ -z "$(ls -A "$build/corpus_sfnt")" ]; then
     find /usr/share/fonts -type f \( -name '*.ttf' -o -name '*.otf' \) -printf '%s %p\n' \
-      2>/dev/null | sort -n | head -n 4 | cut -d' ' -f2- |
+      2>/dev/null | sort -n | sed -n 1,4p | cut -d' ' -f2- |
       while read -r f; do cp "$f" "$build/corpus_sfnt/"; done
   fi
   (cd "$build" && nice -n 19 "$build/fuzz/zorvel_fuzz_sfnt" "${opts[@]}" \
