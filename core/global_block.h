@@ -18,6 +18,7 @@
 #include "fonts/font_state.h"
 #include "maps/map_state.h"
 #include "raster/raster_state.h"
+#include "screen/screen_state.h"
 #include "text/text_state.h"
 
 namespace zorvel {
@@ -39,6 +40,7 @@ struct GlobalBlock {
   ContourState contours;  // contours, colour plots, surfaces, the z-buffer
   RasterState raster;  // the raster page, its settings and pixel access
   MapState maps;       // projections, the map axis system, map data
+  ScreenState screen;  // screen windows and their settings
   GlobalBlock() = default;
   GlobalBlock(const GlobalBlock&) = delete;
   GlobalBlock& operator=(const GlobalBlock&) = delete;

@@ -17,6 +17,7 @@
 #include "core/summary.h"
 #include "drivers/registry.h"
 #include "maps/maps.h"
+#include "screen/module.h"
 #include "text/text.h"
 
 namespace zorvel {
@@ -196,11 +197,6 @@ void metafl(GlobalBlock& g, const char* cdev) {
     warn(g, 2, std::string_view(cdev));
     return;
   }
-  if (dev->family == DeviceFamily::OpenGL) {
-    // Drawing through OpenGL is not built into this library: the plain window instead.
-    dev = &screen_device();
-    warn(g, 181);
-  }
   g.core.device = dev->code;
   g.core.device_key = key;
   g.core.metafl_called = true;
@@ -322,6 +318,10 @@ void zorini(GlobalBlock& g) {
     // Devices whose output is not built into this version (screens, raster images, ...).
     warn(g, 183, c.device_key.view());
     c.level = 0;
+    return;
+  }
+  if (!screen::screen_ready(g, *dev)) {
+    c.level = 0;  // no screen module, or no display
     return;
   }
   if (dev->file != FileKind::None && !open_plot_file(g, *dev)) {

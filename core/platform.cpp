@@ -161,6 +161,14 @@ std::filesystem::path system_install_directory() {
   return std::filesystem::path(L"c:\\zorvel");
 }
 
+void* library_symbol(const std::filesystem::path& file, const char* symbol) {
+  HMODULE module = LoadLibraryW(file.wstring().c_str());
+  if (module == nullptr) {
+    return nullptr;
+  }
+  return reinterpret_cast<void*>(GetProcAddress(module, symbol));
+}
+
 #else  // POSIX
 
 std::FILE* open_file(const std::string& path, const char* mode) {
@@ -212,6 +220,11 @@ std::filesystem::path library_file() {
 }
 
 std::filesystem::path system_install_directory() { return {}; }
+
+void* library_symbol(const std::filesystem::path& file, const char* symbol) {
+  void* handle = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
+  return handle != nullptr ? dlsym(handle, symbol) : nullptr;
+}
 
 #endif
 

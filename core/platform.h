@@ -42,4 +42,8 @@ std::filesystem::path library_file();
 // library.
 std::filesystem::path system_install_directory();
 
+// A symbol of a library loaded at run time (dlopen, LoadLibraryW); null when the file or
+// the symbol cannot be found. The library stays loaded for the rest of the process.
+void* library_symbol(const std::filesystem::path& file, const char* symbol);
+
 }  // namespace zorvel::platform

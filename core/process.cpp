@@ -102,9 +102,19 @@ GlobalBlock::~GlobalBlock() {
   close_message_file(*this);
 }
 
+namespace {
+thread_local GlobalBlock* lent = nullptr;  // the block a BlockLoan lends this thread
+}  // namespace
+
+BlockLoan::BlockLoan(GlobalBlock* g) : previous_(lent) { lent = g; }
+BlockLoan::~BlockLoan() { lent = previous_; }
+
 GlobalBlock* fetch_or_create(bool& created) {
   ThreadTable& t = table();
   created = false;
+  if (lent != nullptr) {
+    return lent;
+  }
   if (!t.thread_mode.load(std::memory_order_acquire)) {
     if (t.single == nullptr) {
       t.single = new_block();
@@ -142,6 +152,9 @@ GlobalBlock* fetch_or_create(bool& created) {
 
 GlobalBlock* find_block() {
   ThreadTable& t = table();
+  if (lent != nullptr) {
+    return lent;
+  }
   if (!t.thread_mode.load(std::memory_order_acquire)) {
     return t.single;
   }

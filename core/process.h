@@ -19,6 +19,20 @@ GlobalBlock* fetch_or_create(bool& created);
 // The calling thread's block, or null; never creates one.
 GlobalBlock* find_block();
 
+// A callback of the program running on the screen thread uses the block of the thread
+// that waits for the screen (in zorfin, a cursor routine or wgfin): while a loan is
+// alive, the routines called on this thread find that block.
+class BlockLoan {
+ public:
+  explicit BlockLoan(GlobalBlock* g);
+  ~BlockLoan();
+  BlockLoan(const BlockLoan&) = delete;
+  BlockLoan& operator=(const BlockLoan&) = delete;
+
+ private:
+  GlobalBlock* previous_;
+};
+
 // The message callback of msgcbk, one for every thread: the function (null: none) and
 // whether warning lines go to it alone or to the message device as well.
 struct MessageHook {

@@ -11,6 +11,7 @@
 #include "draw/colour.h"
 #include "draw/pipeline.h"
 #include "drivers/registry.h"
+#include "screen/module.h"
 
 namespace zorvel {
 namespace {
@@ -198,7 +199,14 @@ bool open_driver(GlobalBlock& g, const DeviceInfo& dev, std::unique_ptr<Driver> 
   setup.versions.zero_padded = c.version_long;
   setup.versions.short_names = c.file_mode == 0;
 
-  if (uses_raster_page(dev) && !open_raster_page(g, setup)) {
+  const bool screen = screen::is_screen(dev);
+  if ((uses_raster_page(dev) || screen) && !open_raster_page(g, setup)) {
+    p.device = nullptr;
+    p.dispatch = Dispatch::None;
+    return false;
+  }
+
+  if (screen && !screen::attach_screen(g, dev, setup)) {
     p.device = nullptr;
     p.dispatch = Dispatch::None;
     return false;

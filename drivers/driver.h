@@ -35,6 +35,10 @@
 #include "core/clock.h"
 #include "drivers/sink.h"
 
+namespace zorvel::screen {
+class Target;
+}
+
 namespace zorvel {
 
 class RasterPage;
@@ -94,6 +98,8 @@ struct DriverSetup {
   bool antialias = false;
   int image_compression = 0;
   const int* colour_table = nullptr;  // 256 entries, valid while the plot is open
+  // Screen devices: the window the page is shown in (screen/screen_target.h).
+  screen::Target* screen = nullptr;
   // How a single-page format names the files of further pages (filmod, filopt): the plot
   // file's stem, the separator, a number below 10^digits, the extension.
   struct Versions {

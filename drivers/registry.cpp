@@ -22,6 +22,7 @@ std::unique_ptr<Driver> make_png_driver();
 std::unique_ptr<Driver> make_ppm_driver();
 std::unique_ptr<Driver> make_bmp_driver();
 std::unique_ptr<Driver> make_gif_driver();
+std::unique_ptr<Driver> make_screen_driver();
 
 namespace {
 
@@ -67,7 +68,7 @@ constexpr unsigned kPens = kColourPens;
 // Rows of the families with many members.
 constexpr DeviceInfo screen(std::string_view key, int code, F family = F::Screen) {
   return {key,       code,  "",    K::None,   family, D::Pixels, T::PageMode, kPixels,
-          S::Window, false, false, kOnePixel, 24,     kScreen,   0,           nullptr};
+          S::Window, false, false, kOnePixel, 24,     kScreen,   0,           &make_screen_driver};
 }
 constexpr DeviceInfo raster(std::string_view key, int code, std::string_view ext, K file,
                             int depth, DriverFactory factory) {

@@ -95,7 +95,10 @@ bool open_raster_page(GlobalBlock& g, DriverSetup& setup) {
   // the screen window of zorini.
   double w = g.core.window_width;
   double h = g.core.window_height;
-  if (r.width > 0) {
+  const bool file_page = g.pipe.device != nullptr && uses_raster_page(*g.pipe.device);
+  if (!file_page) {
+    // A screen window: its own size.
+  } else if (r.width > 0) {
     w = r.width;
     h = r.height;
   } else if (r.dpi > 0) {

@@ -1,0 +1,9 @@
+// Placeholder until the widget toolkit lands.
+
+#include "screen/gtk/widgets.h"
+
+namespace zorvel::gtk {
+
+screen::Widgets* widgets() { return nullptr; }
+
+}  // namespace zorvel::gtk

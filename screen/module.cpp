@@ -1,0 +1,83 @@
+#include "screen/module.h"
+
+#include <filesystem>
+#include <mutex>
+
+#include "core/global_block.h"
+#include "core/messages.h"
+#include "core/platform.h"
+#include "drivers/registry.h"
+
+namespace zorvel::screen {
+namespace {
+
+#ifdef _WIN32
+constexpr const char* kModuleName = "zorvel_screen.dll";
+#else
+constexpr const char* kModuleName = "libzorvel_screen.so";
+#endif
+
+const Module* load() {
+  std::vector<std::filesystem::path> dirs;
+  if (const std::filesystem::path lib = platform::library_file(); !lib.empty()) {
+    dirs.push_back(lib.parent_path());
+    dirs.push_back(lib.parent_path() / "zorvel");
+  }
+#ifdef ZORVEL_SCREEN_BUILD_DIR
+  dirs.emplace_back(ZORVEL_SCREEN_BUILD_DIR);
+#endif
+#ifdef ZORVEL_SCREEN_INSTALL_DIR
+  dirs.emplace_back(ZORVEL_SCREEN_INSTALL_DIR);
+#endif
+  for (const std::filesystem::path& d : dirs) {
+    std::error_code ec;
+    const std::filesystem::path file = d / kModuleName;
+    if (!std::filesystem::is_regular_file(file, ec)) {
+      continue;
+    }
+    using Entry = const Module* (*)();
+    if (void* sym = platform::library_symbol(file, "zorvel_screen_module")) {
+      const Module* m = reinterpret_cast<Entry>(sym)();
+      if (m != nullptr && m->version == kModuleVersion && m->display != nullptr) {
+        return m;
+      }
+    }
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+const Module* module() {
+  static std::once_flag once;
+  static const Module* m = nullptr;
+  std::call_once(once, [] { m = load(); });
+  return m;
+}
+
+Display* display(GlobalBlock& g, bool warn_missing) {
+  const Module* m = module();
+  if (m == nullptr) {
+    if (warn_missing) {
+      warn(g, 183, g.core.device_key.view());
+    }
+    return nullptr;
+  }
+  if (!m->display->open()) {
+    if (warn_missing) {
+      warn(g, 221);
+    }
+    return nullptr;
+  }
+  return m->display;
+}
+
+bool is_screen(const DeviceInfo& dev) {
+  return dev.family == DeviceFamily::Screen || dev.family == DeviceFamily::OpenGL;
+}
+
+bool screen_ready(GlobalBlock& g, const DeviceInfo& dev) {
+  return !is_screen(dev) || display(g) != nullptr;
+}
+
+}  // namespace zorvel::screen
