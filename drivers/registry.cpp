@@ -159,6 +159,10 @@ const DeviceInfo& default_device() { return kDevices[0]; }
 
 const DeviceInfo& screen_device() { return *find_device("XWND"); }
 
+int screen_window(const DeviceInfo& dev) {
+  return dev.code >= 72 && dev.code <= 79 ? dev.code - 71 : 0;
+}
+
 void sheet_size(Sheet s, double& width, double& height) {
   width = 0.0;
   height = 0.0;

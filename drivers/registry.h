@@ -113,6 +113,10 @@ const DeviceInfo& default_device();
 // The row of the plain screen window (for keywords that stand for it).
 const DeviceInfo& screen_device();
 
+// The window a screen device draws in: 1..8 for the numbered windows ("XWIN", "XWI1" ..
+// "XWI8"), 0 for the one window of "XWND" (and "CONS", "GL").
+int screen_window(const DeviceInfo& dev);
+
 // The device page of a sheet in plot units (0 x 0 for None and Window).
 void sheet_size(Sheet s, double& width, double& height);
 // The thinnest line of a device in plot units at the device scale s.

@@ -226,7 +226,7 @@ bool BlockWindows::open_slot(int index, bool gl) {
 }
 
 bool BlockWindows::attach(const DeviceInfo& dev, DriverSetup& setup) {
-  const int index = dev.code == 80 ? 0 : std::clamp(dev.code - 71, 1, 8);
+  const int index = screen_window(dev);
   if (!open_slot(index, dev.family == DeviceFamily::OpenGL)) {
     return false;
   }
