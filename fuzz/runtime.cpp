@@ -287,6 +287,9 @@ void setup() {
   g_home = home;
   std::free(home);
   ::setenv("SOURCE_DATE_EPOCH", "1700000000", 0);
+  // No display: screen plots, cursor input, widgets and dialogs would wait for a user.
+  ::unsetenv("DISPLAY");
+  ::unsetenv("WAYLAND_DISPLAY");
   g_null = std::fopen("/dev/null", "w");
   if (std::getenv("ZORVEL_FUZZ_STDOUT") == nullptr) {
     std::fflush(stdout);
