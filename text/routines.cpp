@@ -9,6 +9,7 @@
 #include "core/keywords.h"
 #include "core/messages.h"
 #include "core/page.h"
+#include "screen/module.h"
 #include "text/font.h"
 #include "text/text.h"
 
@@ -134,6 +135,10 @@ void helvet(GlobalBlock& g) { select_stroke_font(g, kFontHelvet); }
 void serif(GlobalBlock& g) { select_stroke_font(g, kFontSerif); }
 
 void hwfont(GlobalBlock& g) {
+  if (g.pipe.device != nullptr && screen::is_screen(*g.pipe.device)) {
+    winfnt(g, "Times New Roman");  // a screen's own font is a system font
+    return;
+  }
   // The driver font stands on the complx record: its alphabets without a driver face
   // (math, script, Russian) are drawn with complx strokes, and on devices without fonts
   // of their own hwfont is complx.
