@@ -490,6 +490,18 @@ void GtkDisplay::reshape(int win, const screen::WindowSpec& spec) {
   });
 }
 
+// Returns when the frame of `serial` is on the screen (or the window is gone).
+void wait_painted(Win& w, unsigned long long serial) {
+  if (serial == 0 || on_screen_thread()) {
+    return;
+  }
+  std::unique_lock<std::mutex> lock(state_lock());
+  const auto until = std::chrono::steady_clock::now() + kShowTimeout;
+  while (w.painted < serial && !w.closed && std::chrono::steady_clock::now() < until) {
+    wait(lock, [&] { return w.painted >= serial || w.closed || std::chrono::steady_clock::now() >= until; });
+  }
+}
+
 void GtkDisplay::show(int win, const screen::Pixels& page) {
   std::shared_ptr<Win> w = find(win);
   if (!w || page.rgb == nullptr) {
@@ -513,14 +525,7 @@ void GtkDisplay::show(int win, const screen::Pixels& page) {
     }
     gtk_widget_queue_draw(w->area);
   });
-  if (serial == 0 || on_screen_thread()) {
-    return;
-  }
-  std::unique_lock<std::mutex> lock(state_lock());
-  const auto until = std::chrono::steady_clock::now() + kShowTimeout;
-  while (w->painted < serial && !w->closed && std::chrono::steady_clock::now() < until) {
-    wait(lock, [&] { return w->painted >= serial || w->closed || std::chrono::steady_clock::now() >= until; });
-  }
+  wait_painted(*w, serial);
 }
 
 void GtkDisplay::show_list(int win, std::shared_ptr<const screen::DisplayList> list) {
@@ -528,7 +533,13 @@ void GtkDisplay::show_list(int win, std::shared_ptr<const screen::DisplayList> l
   if (!w || w->gl == nullptr) {
     return;
   }
-  run([&] { gl_view_set_list(w->gl, std::move(list)); });
+  unsigned long long serial = 0;
+  run([&] {
+    gl_view_set_list(w->gl, std::move(list));
+    std::lock_guard<std::mutex> guard(state_lock());
+    serial = ++w->wanted;
+  });
+  wait_painted(*w, serial);
 }
 
 void GtkDisplay::set_renderer(int win, std::shared_ptr<screen::Renderer> renderer) {
