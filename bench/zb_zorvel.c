@@ -7,7 +7,8 @@
  *             through psfont, in hwfont)
  *   FORMAT    ps | svg | pdf | png (PNG pages of 1200 x 850 pixels, the default raster
  *             output; ZB_ZORVEL_SMOOTH=1 draws them anti-aliased) | cgm | wmf | emf | ipe
- *             | hpgl (the further vector formats)
+ *             | hpgl (the further vector formats) | xwnd (a screen window, for
+ *             bench/run_screen.sh; see open_window)
  *   OUTPREFIX output file without its extension (w2: the prefix of 200 files)
  *   N         w1: number of points (default 1000000) */
 #include <stdio.h>
@@ -20,6 +21,24 @@
 #include "zorvel.h"
 
 static const char* format = "ps";
+
+/* The screen: a window of 1200 x 850 pixels titled "W1 big curve" (bench/screen/zb_xwait
+ * finds it by that title), dark on white. ZB_XWND_MODE is the winmod keyword: "HOLD"
+ * (default) lets zorfin return once the page is on the screen, so that the process ends
+ * with the last pixel shown; "STAN" waits until the window is closed, which leaves time
+ * to resize it (bench/run_screen.sh). ZB_ZORVEL_SMOOTH=1 draws anti-aliased, as for PNG. */
+static void open_window(void) {
+  const char* mode = getenv("ZB_XWND_MODE");
+  const char* smooth = getenv("ZB_ZORVEL_SMOOTH");
+  metafl("XWND");
+  scrmod("REVERS");
+  winsiz(1200, 850);
+  wintit("W1 big curve");
+  winmod(mode != NULL && mode[0] != '\0' ? mode : "HOLD");
+  imgopt(smooth != NULL && smooth[0] == '1' ? "ON" : "OFF", "ANTI");
+  zorini();
+  errmod("PROT", "OFF");
+}
 
 static void open_page(const char* path) {
   char file[1024];
@@ -46,6 +65,9 @@ static void open_page(const char* path) {
   } else if (strcmp(format, "hpgl") == 0) {
     device = "HPGL";
     ext = "hpg";
+  } else if (strcmp(format, "xwnd") == 0) {
+    open_window();
+    return;
   } else if (strcmp(format, "ps") != 0) {
     fprintf(stderr, "unknown format %s\n", format);
     exit(2);
@@ -301,7 +323,8 @@ static void w7(const char* sub, const char* pre) {
 
 int main(int argc, char** argv) {
   if (argc < 4) {
-    fprintf(stderr, "usage: %s w1|w2|w3|w4|w5|w6|w7c|w7h|w7s|w7t ps|svg|pdf|png OUTPREFIX [N]\n",
+    fprintf(stderr,
+            "usage: %s w1|w2|w3|w4|w5|w6|w7c|w7h|w7s|w7t ps|svg|pdf|png|xwnd OUTPREFIX [N]\n",
             argv[0]);
     return 2;
   }
