@@ -15,7 +15,7 @@
 #
 # Usage: bench/run.sh [--install] [BUILD_DIR] [RUNS] [CASES]
 #   --install  installs what is missing from Debian first: libplplot-dev,
-#              plplot-driver-cairo, giza-dev, gnuplot-nox, python3-matplotlib, libpng-dev,
+#              plplot-driver-cairo, giza-dev, gnuplot-x11, python3-matplotlib, libpng-dev,
 #              qhull-bin, python3-scipy
 #              (without it a peer that is not installed is left out, with a line)
 #   BUILD_DIR  a configured build (default: build); zb_zorvel is built when missing
@@ -38,7 +38,7 @@ only=${3:-.}
 peers=${ZORVEL_PEERS_DIR:-$root/../shared/bench/peers}
 [ -d "$peers" ] || { echo "no peer programs at $peers (set ZORVEL_PEERS_DIR)"; exit 2; }
 if [ $install -eq 1 ]; then
-  "$root/tools/deps.sh" libplplot-dev plplot-driver-cairo giza-dev gnuplot-nox \
+  "$root/tools/deps.sh" libplplot-dev plplot-driver-cairo giza-dev gnuplot-x11 \
     python3-matplotlib libpng-dev qhull-bin python3-scipy
 fi
 zb=$build/bench/zb_zorvel
@@ -58,7 +58,7 @@ g++ -O2 -std=c++17 -o "$bin/limit_text" "$peers/limit/limit_text.cpp" 2> /dev/nu
   g++ -O2 -std=c++17 -o "$bin/limit_png" "$peers/limit/limit_png.cpp" -lpng -lz 2> /dev/null && have_lim=1
 [ $have_pl -eq 1 ] || echo "PLplot left out (libplplot-dev, plplot-driver-cairo; --install)"
 [ $have_gz -eq 1 ] || echo "giza left out (giza-dev; --install)"
-[ $have_gp -eq 1 ] || echo "gnuplot left out (gnuplot-nox; --install)"
+[ $have_gp -eq 1 ] || echo "gnuplot left out (gnuplot-x11; --install)"
 [ $have_mpl -eq 1 ] || echo "matplotlib left out (python3-matplotlib; --install)"
 [ $have_lim -eq 1 ] || echo "limit programs left out (libpng-dev; --install)"
 charts=$root/bench/charts

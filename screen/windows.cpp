@@ -265,7 +265,7 @@ DisplayList& BlockWindows::list() { return *slots_[static_cast<std::size_t>(curr
 
 bool BlockWindows::gl() const { return slots_[static_cast<std::size_t>(current_)].gl; }
 
-void BlockWindows::show(Slot& s, const PixelView& page) {
+void BlockWindows::show(Slot& s, const PixelView& page, bool upload) {
   Display* d = display(g_, false);
   if (d == nullptr || s.handle == 0) {
     return;
@@ -278,7 +278,9 @@ void BlockWindows::show(Slot& s, const PixelView& page) {
                 page.rgb + page.stride * static_cast<std::size_t>(j), page.stride);
   }
   if (s.gl) {
-    d->show_list(s.handle, std::make_shared<const DisplayList>(*s.list));
+    if (upload) {
+      d->show_list(s.handle, std::make_shared<const DisplayList>(*s.list));
+    }
   } else {
     d->show(s.handle, Pixels{page.rgb, page.width, page.height, page.stride});
   }
@@ -290,14 +292,17 @@ void BlockWindows::present(const PixelView& page) {
 }
 
 void BlockWindows::tick(const PixelView& page) {
-  if (g_.pipe.buffer_mode == 0 && std::chrono::steady_clock::now() - last_shown_ > kShowInterval) {
+  // GL windows take their list at sendbf and at the end only: uploading a growing list
+  // ten times a second would cost more than the drawing.
+  if (g_.pipe.buffer_mode == 0 && !gl() &&
+      std::chrono::steady_clock::now() - last_shown_ > kShowInterval) {
     present(page);
   }
 }
 
 void BlockWindows::finish(const PixelView& page) {
   Slot& s = slots_[static_cast<std::size_t>(current_)];
-  show(s, page);
+  show(s, page, false);  // a GL window gets the list itself below
   Display* d = display(g_, false);
   if (d == nullptr || s.handle == 0) {
     return;

@@ -71,7 +71,7 @@ class BlockWindows final : public Target {
   WindowSpec spec(bool gl) const;
   bool open_slot(int index, bool gl);
   void restore(const Slot& s);
-  void show(Slot& s, const PixelView& page);
+  void show(Slot& s, const PixelView& page, bool upload = true);
   void end_plot(Slot& s, Display& d);
 
   GlobalBlock& g_;

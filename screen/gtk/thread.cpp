@@ -6,6 +6,7 @@
 #include <gtk/gtk.h>
 
 #include <atomic>
+#include <cstdlib>
 #include <thread>
 
 namespace zorvel::gtk {
@@ -18,6 +19,7 @@ struct ScreenThread {
   std::thread::id id;
   std::mutex lock;  // state_lock()
   std::condition_variable changed;
+  std::atomic<bool> quit{false};  // the process ends: the loop stops
 };
 
 ScreenThread& screen() {
@@ -67,7 +69,7 @@ bool start() {
     }
     cv.notify_one();
     if (ok) {
-      for (;;) {
+      while (!s.quit.load(std::memory_order_acquire)) {
         g_main_context_iteration(nullptr, TRUE);
       }
     }
@@ -78,6 +80,13 @@ bool start() {
   }
   s.ok = state == 1;
   t.detach();
+  if (s.ok) {
+    // At exit the screen thread stops between two events, so that it is not drawing
+    // (in the GL driver, say) while the exit handlers tear the libraries down.
+    std::atexit([] {
+      run([] { screen().quit.store(true, std::memory_order_release); });
+    });
+  }
   return s.ok;
 }
 
@@ -85,7 +94,7 @@ bool on_screen_thread() { return screen().ok && std::this_thread::get_id() == sc
 
 void run(const std::function<void()>& fn) {
   ScreenThread& s = screen();
-  if (!s.ok) {
+  if (!s.ok || s.quit.load(std::memory_order_acquire)) {
     return;
   }
   if (std::this_thread::get_id() == s.id) {
