@@ -243,8 +243,11 @@ bool BlockWindows::attach(const DeviceInfo& dev, DriverSetup& setup) {
   int y = 0;
   int w = 0;
   int h = 0;
-  if (Display* d = display(g_, false); d != nullptr && d->geometry(s.handle, x, y, w, h)) {
-    window_event(this, index, x, y, w, h);  // a plot starts in the window
+  // A plot starts in the window (asked only for a callback: the window may still be on
+  // its way while the plot draws).
+  if (Display* d = display(g_, false);
+      g_.callbacks.window != nullptr && d != nullptr && d->geometry(s.handle, x, y, w, h)) {
+    window_event(this, index, x, y, w, h);
   }
   return true;
 }

@@ -426,52 +426,61 @@ void GtkDisplay::screen_size(int& w, int& h) {
   });
 }
 
+// Builds the window on the screen thread; false when a GL area cannot be made.
+bool build_window(const std::shared_ptr<Win>& w, const screen::WindowSpec& spec) {
+  w->window = gtk_window_new(GTK_WINDOW_TOPLEVEL);
+  if (spec.gl) {
+    w->area = gl_view_new(w->gl);
+    if (w->area == nullptr) {
+      gtk_widget_destroy(w->window);
+      return false;
+    }
+  } else {
+    w->area = gtk_drawing_area_new();
+    g_signal_connect(w->area, "draw", G_CALLBACK(on_draw), w.get());
+  }
+  gtk_widget_add_events(w->area, GDK_BUTTON_PRESS_MASK | GDK_BUTTON_RELEASE_MASK |
+                                     GDK_POINTER_MOTION_MASK | GDK_LEAVE_NOTIFY_MASK);
+  gtk_widget_add_events(w->window, GDK_KEY_PRESS_MASK | GDK_STRUCTURE_MASK);
+  g_signal_connect(w->area, "button-press-event", G_CALLBACK(on_button), w.get());
+  g_signal_connect(w->area, "button-release-event", G_CALLBACK(on_button), w.get());
+  g_signal_connect(w->area, "motion-notify-event", G_CALLBACK(on_motion), w.get());
+  g_signal_connect(w->area, "leave-notify-event", G_CALLBACK(on_leave), w.get());
+  g_signal_connect(w->area, "realize", G_CALLBACK(on_realize), w.get());
+  g_signal_connect(w->window, "key-press-event", G_CALLBACK(on_key), w.get());
+  g_signal_connect(w->window, "delete-event", G_CALLBACK(on_delete), w.get());
+  g_signal_connect(w->window, "configure-event", G_CALLBACK(on_configure), w.get());
+  gtk_container_add(GTK_CONTAINER(w->window), w->area);
+  size_window(w.get(), spec);
+  gtk_widget_show_all(w->window);
+  if (spec.gl) {
+    gtk_widget_realize(w->area);
+    if (!gl_view_ok(w->gl)) {
+      gtk_widget_destroy(w->window);
+      return false;
+    }
+  }
+  GdkFrameClock* clock = gtk_widget_get_frame_clock(w->area);
+  if (clock != nullptr) {
+    g_signal_connect(clock, "after-paint", G_CALLBACK(on_after_paint), w.get());
+  }
+  return true;
+}
+
+// A plain window is built while the program draws its plot (run_async): the first page
+// shown waits for it in the screen thread's queue. A GL window is built at once, as
+// whether it gets a context decides the device.
 int GtkDisplay::create(const screen::WindowSpec& spec, int id) {
   auto w = std::make_shared<Win>();
   w->id = id;
-  bool ok = true;
-  run([&] {
-    w->window = gtk_window_new(GTK_WINDOW_TOPLEVEL);
-    if (spec.gl) {
-      w->area = gl_view_new(w->gl);
-      if (w->area == nullptr) {
-        gtk_widget_destroy(w->window);
-        ok = false;
-        return;
-      }
-    } else {
-      w->area = gtk_drawing_area_new();
-      g_signal_connect(w->area, "draw", G_CALLBACK(on_draw), w.get());
+  if (spec.gl) {
+    bool ok = false;
+    run([&] { ok = build_window(w, spec); });
+    if (!ok) {
+      return 0;
     }
-    gtk_widget_add_events(w->area, GDK_BUTTON_PRESS_MASK | GDK_BUTTON_RELEASE_MASK |
-                                       GDK_POINTER_MOTION_MASK | GDK_LEAVE_NOTIFY_MASK);
-    gtk_widget_add_events(w->window, GDK_KEY_PRESS_MASK | GDK_STRUCTURE_MASK);
-    g_signal_connect(w->area, "button-press-event", G_CALLBACK(on_button), w.get());
-    g_signal_connect(w->area, "button-release-event", G_CALLBACK(on_button), w.get());
-    g_signal_connect(w->area, "motion-notify-event", G_CALLBACK(on_motion), w.get());
-    g_signal_connect(w->area, "leave-notify-event", G_CALLBACK(on_leave), w.get());
-    g_signal_connect(w->area, "realize", G_CALLBACK(on_realize), w.get());
-    g_signal_connect(w->window, "key-press-event", G_CALLBACK(on_key), w.get());
-    g_signal_connect(w->window, "delete-event", G_CALLBACK(on_delete), w.get());
-    g_signal_connect(w->window, "configure-event", G_CALLBACK(on_configure), w.get());
-    gtk_container_add(GTK_CONTAINER(w->window), w->area);
-    size_window(w.get(), spec);
-    gtk_widget_show_all(w->window);
-    if (spec.gl) {
-      gtk_widget_realize(w->area);
-      if (!gl_view_ok(w->gl)) {
-        gtk_widget_destroy(w->window);
-        ok = false;
-        return;
-      }
-    }
-    GdkFrameClock* clock = gtk_widget_get_frame_clock(w->area);
-    if (clock != nullptr) {
-      g_signal_connect(clock, "after-paint", G_CALLBACK(on_after_paint), w.get());
-    }
-  });
-  if (!ok) {
-    return 0;
+  } else {
+    run_async([w, spec] { build_window(w, spec); });
   }
   std::lock_guard<std::mutex> guard(state_lock());
   w->handle = next_++;
@@ -547,7 +556,7 @@ void GtkDisplay::set_renderer(int win, std::shared_ptr<screen::Renderer> rendere
   if (!w) {
     return;
   }
-  run([&] { w->renderer = std::move(renderer); });
+  run_async([w, renderer = std::move(renderer)]() mutable { w->renderer = std::move(renderer); });
 }
 
 void GtkDisplay::close(int win) {
@@ -619,7 +628,7 @@ void GtkDisplay::set_cursor(int win, int shape) {
   if (!w) {
     return;
   }
-  run([&] {
+  run_async([w, shape] {
     w->cursor = shape;
     apply_cursor(w.get());
   });
@@ -691,7 +700,7 @@ void GtkDisplay::set_events(int win, screen::WindowEventFn fn, void* owner) {
   if (!w) {
     return;
   }
-  run([&] {
+  run_async([w, fn, owner] {
     w->events = fn;
     w->owner = owner;
   });

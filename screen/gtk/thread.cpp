@@ -3,6 +3,7 @@
 
 #include "screen/gtk/thread.h"
 
+#include <xcb/xcb.h>
 #include <gtk/gtk.h>
 
 #include <atomic>
@@ -14,8 +15,10 @@ namespace {
 
 struct ScreenThread {
   std::mutex start_lock;
+  std::condition_variable start_cv;
   bool started = false;
-  bool ok = false;
+  int state = 0;  // 0 starting, 1 running, 2 the toolkit failed
+  bool ok = false;  // the display could be opened
   std::thread::id id;
   std::mutex lock;  // state_lock()
   std::condition_variable changed;
@@ -54,50 +57,89 @@ bool start() {
     return s.ok;
   }
   s.started = true;
-  std::mutex m;
-  std::condition_variable cv;
-  int state = 0;  // 1 running, 2 failed
-  std::thread t([&s, &m, &cv, &state] {
+  // The display answers at once or not at all; the toolkit's own start (themes,
+  // settings, tens of milliseconds) then goes on beside the program's drawing.
+  // The probe stays connected until the toolkit is: an X server whose last client
+  // leaves resets itself, which the toolkit would wait for.
+  xcb_connection_t* probe = xcb_connect(nullptr, nullptr);
+  if (xcb_connection_has_error(probe) != 0) {
+    xcb_disconnect(probe);
+    return false;
+  }
+  s.ok = true;
+  std::thread t([&s, probe] {
     // GTK warnings about the session bus and the like are not the program's business.
     g_setenv("NO_AT_BRIDGE", "1", FALSE);
     gdk_set_allowed_backends("x11");
-    const bool ok = gtk_init_check(nullptr, nullptr) != FALSE;
     {
-      std::lock_guard<std::mutex> lg(m);
-      state = ok ? 1 : 2;
+      std::lock_guard<std::mutex> lg(s.start_lock);
       s.id = std::this_thread::get_id();
     }
-    cv.notify_one();
+    const bool ok = gtk_init_check(nullptr, nullptr) != FALSE;
+    xcb_disconnect(probe);
+    {
+      std::lock_guard<std::mutex> lg(s.start_lock);
+      s.state = ok ? 1 : 2;
+    }
+    s.start_cv.notify_all();
     if (ok) {
       while (!s.quit.load(std::memory_order_acquire)) {
         g_main_context_iteration(nullptr, TRUE);
       }
     }
   });
-  {
-    std::unique_lock<std::mutex> lg(m);
-    cv.wait(lg, [&state] { return state != 0; });
-  }
-  s.ok = state == 1;
   t.detach();
-  if (s.ok) {
-    // At exit the screen thread stops between two events, so that it is not drawing
-    // (in the GL driver, say) while the exit handlers tear the libraries down.
-    std::atexit([] {
-      run([] { screen().quit.store(true, std::memory_order_release); });
-    });
-  }
-  return s.ok;
+  // At exit the screen thread stops between two events, so that it is not drawing (in
+  // the GL driver, say) while the exit handlers tear the libraries down.
+  std::atexit([] { run([] { screen().quit.store(true, std::memory_order_release); }); });
+  return true;
 }
 
-bool on_screen_thread() { return screen().ok && std::this_thread::get_id() == screen().id; }
+namespace {
+
+// Waits until the toolkit has started; false when it failed.
+bool started(ScreenThread& s) {
+  std::unique_lock<std::mutex> guard(s.start_lock);
+  s.start_cv.wait(guard, [&s] { return s.state != 0; });
+  return s.state == 1;
+}
+
+}  // namespace
+
+bool on_screen_thread() {
+  ScreenThread& s = screen();
+  std::lock_guard<std::mutex> guard(s.start_lock);
+  return s.ok && std::this_thread::get_id() == s.id;
+}
+
+void run_async(std::function<void()> fn) {
+  ScreenThread& s = screen();
+  if (!s.ok || s.quit.load(std::memory_order_acquire)) {
+    return;
+  }
+  auto* job = new std::function<void()>(std::move(fn));
+  GSource* source = g_idle_source_new();
+  g_source_set_priority(source, G_PRIORITY_DEFAULT);
+  g_source_set_callback(
+      source,
+      [](gpointer data) -> gboolean {
+        (*static_cast<std::function<void()>*>(data))();
+        return G_SOURCE_REMOVE;
+      },
+      job, [](gpointer data) { delete static_cast<std::function<void()>*>(data); });
+  g_source_attach(source, nullptr);
+  g_source_unref(source);
+}
 
 void run(const std::function<void()>& fn) {
   ScreenThread& s = screen();
   if (!s.ok || s.quit.load(std::memory_order_acquire)) {
     return;
   }
-  if (std::this_thread::get_id() == s.id) {
+  if (!started(s)) {
+    return;
+  }
+  if (on_screen_thread()) {
     fn();
     return;
   }

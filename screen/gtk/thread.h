@@ -11,8 +11,9 @@
 
 namespace zorvel::gtk {
 
-// Starts the thread and opens the display on the first call; false when the display
-// cannot be opened (then and on every later call).
+// Starts the thread on the first call and has it open the display and initialise the
+// toolkit, which goes on while the program draws; false when the display cannot be
+// opened (then and on every later call). Work handed over waits for the start.
 bool start();
 
 // True on the screen thread.
@@ -21,6 +22,10 @@ bool on_screen_thread();
 // Runs fn on the screen thread and returns when it has run (at once on the screen
 // thread itself). Does nothing when the display is not open.
 void run(const std::function<void()>& fn);
+
+// Runs fn on the screen thread later, in the order of all work handed over; returns at
+// once (the display may still be opening).
+void run_async(std::function<void()> fn);
 
 // The lock of everything that waiting threads read: window states, input queues,
 // widget results. The screen thread takes it to change them and then calls notify().
