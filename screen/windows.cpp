@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstring>
+#include <limits>
 #include <vector>
 
 #include "api_decl.h"
@@ -84,12 +85,28 @@ void replay(const DisplayList& l, double f, double scale, RasterPage& page) {
     return Rgb{static_cast<int>((v >> 16) & 255), static_cast<int>((v >> 8) & 255),
                static_cast<int>(v & 255), static_cast<int>(v >> 24)};
   };
+  // Thin lines without anti-aliasing go from pixel to pixel: a point that rounds to the
+  // pixel of the one before draws nothing new, and dense curves have many of them.
+  bool thin = !l.antialias;
+  long long px = 0;
+  long long py = 0;
   for (const Command& c : l.commands) {
     switch (c.op) {
       case Op::Move:
+        px = std::numeric_limits<long long>::min();  // the first draw makes at least a dot
+        py = px;
         d->point(c.x * f, c.y * f, Pen::Move);
         break;
       case Op::Draw:
+        if (thin) {
+          const long long x = device_int(c.x * f);
+          const long long y = device_int(c.y * f);
+          if (x == px && y == py) {
+            break;
+          }
+          px = x;
+          py = y;
+        }
         d->point(c.x * f, c.y * f, Pen::Draw);
         break;
       case Op::End:
@@ -104,6 +121,7 @@ void replay(const DisplayList& l, double f, double scale, RasterPage& page) {
         w.width_scale = c.y;
         w.hardware = c.arg != 0;
         d->pen_width(w);
+        thin = !l.antialias && (!w.hardware || w.n * scale * w.width_scale < 1.5);
         break;
       }
       case Op::Cap:
