@@ -362,6 +362,38 @@ int main(int argc, char **argv) {
   CHECK(nw == 700 && nh == 400, "getwin %d %d", nw, nh);
   getscr(&nw, &nh);
   CHECK(nw == 1280 && nh == 1024, "getscr %d %d", nw, nh);
+  /* Numbered windows: "XWI1" is a window of its own; within its plot, opnwin(2) draws
+     into a second window and selwin(1) returns to the first, which keeps its page. */
+  if (ppm != NULL && win != 0) {
+    Window w1, w2;
+    metafl("XWI1");
+    winmod("HOLD");
+    winsiz(853, 603);
+    zorini();
+    scene();
+    opnwin(2);
+    w2 = (Window)getxid("WIND");
+    color("RED");
+    line(0, 0, 2970, 2100);
+    selwin(1);
+    w1 = (Window)getxid("WIND");
+    zorfin();
+    CHECK(w1 != win && w2 != w1 && w2 != 0, "numbered windows %lu %lu %lu", win, w1, w2);
+    /* The windows lie on top of each other (no window manager places them). */
+    XRaiseWindow(dpy, w1);
+    for (i = 0; i < 50; ++i) {
+      usleep(100000);
+      if ((d = differing(w1, ppm, 853, 603)) == 0) break;
+    }
+    CHECK(d == 0, "window 1 after selwin: %ld pixels differ", d);
+    XRaiseWindow(dpy, w2);
+    for (i = 0; i < 50; ++i) {
+      usleep(100000);
+      if ((d = differing(w2, ppm, 853, 603)) > 10000) break;
+    }
+    d = differing(w2, ppm, 853, 603);
+    CHECK(d > 10000, "window 2 holds the line, not the scene: %ld pixels differ", d);
+  }
   free(ppm);
   free(ppm2);
   winsiz(853, 603);
