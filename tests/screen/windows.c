@@ -257,6 +257,20 @@ static void check_cursor(void) {
   pagorg("TOP");
   zorfin();
 
+  /* A turned page (pagmod "PORT"): window x runs along plot y, window y against plot x. */
+  metafl("XWND");
+  pagmod("PORT");
+  zorini();
+  t = start_gesture(&g, 0, 100, 200, 0, 0);
+  csrpt1(&nx, &ny);
+  end_gesture(&g, t);
+  {
+    const double s = fmin(853.0 / 2100.0, 603.0 / 2970.0);
+    CHECK(nx == (int)lround(2969 - 200 / s) && ny == (int)lround(100 / s), "csrpt1 PORT %d %d", nx, ny);
+  }
+  zorfin();
+  pagmod("LAND");
+
   /* winmod "STAN": zorfin waits for a click; a window closed while a cursor routine
      waits ends the wait with -1, and the next zorfin does not wait for it. */
   metafl("XWND");
