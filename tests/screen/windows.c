@@ -226,6 +226,20 @@ static void check_cursor(void) {
   CHECK(nx == plot_unit(200) && ny == plot_unit(100) && nx2 == plot_unit(600) && ny2 == plot_unit(500),
         "csrrec %d %d %d %d", nx, ny, nx2, ny2);
 
+  t = start_gesture(&g, 2, 100, 100, 300, 200);
+  csrmov(xs, ys, 8, &n, &iret);
+  end_gesture(&g, t);
+  CHECK(n >= 2 && iret == 0 && xs[0] == plot_unit(100) && xs[n - 1] == plot_unit(300) &&
+            ys[n - 1] == plot_unit(200),
+        "csrmov n=%d iret=%d", n, iret);
+
+  move_to(g.win, 50, 60);
+  XSync(dpy, False);
+  {
+    const int buttons = csrpos(&nx, &ny);
+    CHECK(buttons == 0 && nx == plot_unit(50) && ny == plot_unit(60), "csrpos %d: %d %d", buttons, nx, ny);
+  }
+
   t = start_gesture(&g, 3, 400, 300, 0, 0);
   key = csrkey();
   end_gesture(&g, t);
