@@ -27,7 +27,7 @@ packages=(
   fonts-urw-base35 fonts-dejavu-core  # the standard fonts' outlines; DejaVu in tests and gallery
   xfonts-base pcf2bdf   # bitmap fonts: BDF files made from the X fonts
   libgtk-3-dev libepoxy-dev  # screen windows, widgets and OpenGL (the screen module)
-  xvfb xauth xdotool libxtst-dev libgl1-mesa-dri  # screen tests: a virtual X server, clicks, keys, OpenGL
+  xvfb xdotool libxtst-dev libgl1-mesa-dri  # screen tests: a virtual X server, clicks, keys, OpenGL
 )
 [ $# -gt 0 ] && packages=("$@")
 missing=()

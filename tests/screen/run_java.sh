@@ -2,9 +2,9 @@
 # Runs ScreenJava on a virtual X server and clicks into its window until it ends; its
 # output must hold three "ok" lines. Usage: run_java.sh JAVA-COMMAND...
 set -u
-command -v xvfb-run > /dev/null && command -v xdotool > /dev/null || { echo "xvfb-run or xdotool missing"; exit 77; }
+command -v xdotool > /dev/null || { echo "xdotool missing"; exit 77; }
 if [ -z "${RUN_JAVA_INNER:-}" ]; then
-  RUN_JAVA_INNER=1 exec xvfb-run -a -s "-screen 0 1280x1024x24" "$0" "$@"
+  RUN_JAVA_INNER=1 exec "$(dirname "$0")/xserver.sh" "$0" "$@"
 fi
 out=$(mktemp)
 trap 'rm -f "$out"' EXIT
