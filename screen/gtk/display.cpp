@@ -533,6 +533,11 @@ void GtkDisplay::show(int win, const screen::Pixels& page) {
       serial = ++w->wanted;
     }
     gtk_widget_queue_draw(w->area);
+    // An iconified window paints nothing: no waiting for it.
+    GdkWindow* gw = gtk_widget_get_window(w->window);
+    if (gw != nullptr && (gdk_window_get_state(gw) & GDK_WINDOW_STATE_ICONIFIED) != 0) {
+      serial = 0;
+    }
   });
   wait_painted(*w, serial);
 }
