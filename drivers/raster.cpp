@@ -64,6 +64,7 @@ class RasterDriver final : public Driver {
 
   ImageWriter writer_;
   RasterPage* page_ = nullptr;
+  std::unique_ptr<PageEdges> edges_;
   std::unique_ptr<Stroker> stroker_;
   StrokeStyle style_{};
   double scale_ = 1.0;  // pixels per plot unit
@@ -100,7 +101,8 @@ bool RasterDriver::open(Sink* out, const DriverSetup& setup) {
   files_.start(writer_ != nullptr ? out : nullptr, setup.file_name, setup.versions);
   page_->set_antialias(setup.antialias);
   style_.cap = std::clamp(setup.line_cap, 0, 2);
-  stroker_ = std::make_unique<Stroker>(*page_);
+  edges_ = std::make_unique<PageEdges>(*page_);
+  stroker_ = std::make_unique<Stroker>(*edges_);
   restyle();
   return true;
 }

@@ -631,4 +631,20 @@ void RasterPage::image(const Image& img) {
   set_colour(keep);
 }
 
+void PageEdges::polygon(const double* xs, const double* ys, int n) {
+  double area = 0.0;
+  for (int i = 0, k = n - 1; i < n; k = i++) {
+    area += xs[k] * ys[i] - xs[i] * ys[k];
+  }
+  if (area > 0.0) {
+    for (int i = 0, k = n - 1; i < n; k = i++) {
+      page_.edge(xs[i], ys[i], xs[k], ys[k]);
+    }
+  } else {
+    for (int i = 0, k = n - 1; i < n; k = i++) {
+      page_.edge(xs[k], ys[k], xs[i], ys[i]);
+    }
+  }
+}
+
 }  // namespace zorvel

@@ -26,6 +26,7 @@
 
 #include "drivers/driver.h"
 #include "drivers/image_files.h"
+#include "raster/stroke.h"
 
 namespace zorvel {
 
@@ -105,6 +106,18 @@ class RasterPage {
   Rgb colour_{};
   std::uint16_t colour_linear_[3] = {0, 0, 0};
   bool antialias_ = false;
+};
+
+// The pieces of wide lines (raster/stroke.h) as contours of the page's next paint, all
+// turned to the same (negative) area so that their overlaps add up under the nonzero
+// rule: a stroked polyline is painted once.
+class PageEdges final : public StrokeSink {
+ public:
+  explicit PageEdges(RasterPage& page) : page_(page) {}
+  void polygon(const double* xs, const double* ys, int n) override;
+
+ private:
+  RasterPage& page_;
 };
 
 }  // namespace zorvel

@@ -9,8 +9,6 @@ namespace {
 
 // Lines at least this wide get joins; thinner ones are covered by their segments.
 constexpr double kJoinWidth = 2.0;
-// Largest distance of a polygonal disc from the true circle, in pixels.
-constexpr double kRoundTolerance = 0.1;
 constexpr int kMaxDiscPoints = 128;
 
 }  // namespace
@@ -19,32 +17,15 @@ void Stroker::set_style(const StrokeStyle& style) {
   style_ = style;
   style_.width = std::isfinite(style.width) ? std::clamp(style.width, 1.0, 1e5) : 1.0;
   style_.miter_limit = std::max(1.0, style.miter_limit);
+  style_.tolerance = style.tolerance > 1e-3 ? style.tolerance : 1e-3;
   hw_ = style_.width * 0.5;
-}
-
-// Every shape goes to the page with negative area (as the segments' quadrilaterals have),
-// so that overlaps add up instead of cancelling.
-void Stroker::shape(const double* xs, const double* ys, int n) {
-  double area = 0.0;
-  for (int i = 0, k = n - 1; i < n; k = i++) {
-    area += xs[k] * ys[i] - xs[i] * ys[k];
-  }
-  if (area > 0.0) {
-    for (int i = 0, k = n - 1; i < n; k = i++) {
-      page_.edge(xs[i], ys[i], xs[k], ys[k]);
-    }
-  } else {
-    for (int i = 0, k = n - 1; i < n; k = i++) {
-      page_.edge(xs[k], ys[k], xs[i], ys[i]);
-    }
-  }
 }
 
 void Stroker::disc(double x, double y) {
   const double r = hw_;
   int n = 8;
-  if (r > kRoundTolerance) {
-    const double step = 2.0 * std::acos(std::max(-1.0, 1.0 - kRoundTolerance / r));
+  if (r > style_.tolerance) {
+    const double step = 2.0 * std::acos(std::max(-1.0, 1.0 - style_.tolerance / r));
     n = std::clamp(static_cast<int>(std::ceil(2.0 * std::numbers::pi / step)), 8, kMaxDiscPoints);
   }
   double xs[kMaxDiscPoints];
@@ -54,7 +35,7 @@ void Stroker::disc(double x, double y) {
     xs[i] = x + r * std::cos(a);
     ys[i] = y + r * std::sin(a);
   }
-  shape(xs, ys, n);
+  sink_.polygon(xs, ys, n);
 }
 
 // The cap at (x, y) of a polyline leaving in direction (ux, uy) (pointing into the line).
@@ -68,7 +49,7 @@ void Stroker::cap(double x, double y, double ux, double uy) {
     const double by = -uy * hw_;
     const double xs[4] = {x + nx, x - nx, x - nx + bx, x + nx + bx};
     const double ys[4] = {y + ny, y - ny, y - ny + by, y + ny + by};
-    shape(xs, ys, 4);
+    sink_.polygon(xs, ys, 4);
   }
 }
 
@@ -98,11 +79,11 @@ void Stroker::join(double x, double y, double ux, double uy) {
     const double k = 1.0 / (1.0 + dot);
     const double xs[4] = {x, x + n1x, x + (n1x + n2x) * k, x + n2x};
     const double ys[4] = {y, y + n1y, y + (n1y + n2y) * k, y + n2y};
-    shape(xs, ys, 4);
+    sink_.polygon(xs, ys, 4);
   } else {
     const double xs[3] = {x, x + n1x, x + n2x};
     const double ys[3] = {y, y + n1y, y + n2y};
-    shape(xs, ys, 3);
+    sink_.polygon(xs, ys, 3);
   }
 }
 
@@ -137,10 +118,7 @@ void Stroker::line(double x, double y) {
   const double ny = ux * hw_;
   const double xs[4] = {lx_ + nx, x + nx, x - nx, lx_ - nx};
   const double ys[4] = {ly_ + ny, y + ny, y - ny, ly_ - ny};
-  // Negative area by construction: no need to ask.
-  for (int i = 0, k = 3; i < 4; k = i++) {
-    page_.edge(xs[k], ys[k], xs[i], ys[i]);
-  }
+  sink_.polygon(xs, ys, 4);
   ux_ = ux;
   uy_ = uy;
   lx_ = x;
@@ -162,7 +140,7 @@ void Stroker::finish() {
     } else {
       const double xs[4] = {sx_ - hw_, sx_ + hw_, sx_ + hw_, sx_ - hw_};
       const double ys[4] = {sy_ - hw_, sy_ - hw_, sy_ + hw_, sy_ + hw_};
-      shape(xs, ys, 4);
+      sink_.polygon(xs, ys, 4);
     }
   }
 }

@@ -33,6 +33,8 @@
 
 #include "screen/gtk/gl_view.h"
 
+#include "raster/stroke.h"
+
 #include <epoxy/gl.h>
 
 #include <algorithm>
@@ -50,15 +52,13 @@ using screen::Op;
 
 // Lines at least this wide (pixels) are outlines; thinner ones are GL lines.
 constexpr double kOutlineWidth = 1.5;
-// Outlines at least this wide get joins (as on the raster page).
-constexpr double kJoinWidth = 2.0;
 // Without anti-aliasing, areas move right and down by this much (pixels), so that edges
 // through pixel centres decide as the raster page's do (it moves them by 1/256; GL
 // guarantees only a few bits below the pixel, so a little more here).
 constexpr float kTieShift = 1.0F / 64.0F;
-// Largest distance of a polygonal disc from the circle, pixels at twice the page's size.
-constexpr double kRoundTolerance = 0.1;
-constexpr int kMaxDiscPoints = 128;
+// Largest distance of a round piece of a line from the circle, pixels: half the raster
+// page's, good enough for the plot at twice its size.
+constexpr double kRoundTolerance = 0.05;
 // Coordinates are held to this (pixels) before they become floats.
 constexpr double kFar = 1e7;
 
@@ -190,10 +190,12 @@ void main() {
 // From the list to vertices
 // ===========================================================================================
 
-class Builder {
+class Builder final : public StrokeSink {
  public:
   Builder(const DisplayList& list, Geometry& out) : list_(list), out_(out) {}
   void run();
+  // The pieces of wide lines (raster/stroke.h).
+  void polygon(const double* xs, const double* ys, int n) override { add_convex(xs, ys, n); }
 
  private:
   void end_line();
@@ -204,9 +206,6 @@ class Builder {
 
   void add_vertex(double x, double y);
   void add_convex(const double* xs, const double* ys, int n);
-  void add_disc(double x, double y);
-  void add_cap(double x, double y, double ux, double uy);
-  void add_join(double x, double y, double pux, double puy, double ux, double uy);
   void add_cover(double x0, double y0, double x1, double y1);
   Item& item_for(Kind kind, GLint first);
   GLint vertex_index() const { return static_cast<GLint>(out_.vertices.size() / 2); }
@@ -222,7 +221,6 @@ class Builder {
   bool drawn_ = false;       // a Draw came since its move
   std::vector<Point> fill_;  // the contours collected for the next fill
   std::vector<std::size_t> fill_ends_;
-  double hw_ = 0.5;
   // Bounding box of the vertices added since reset_box().
   double bx0_ = 0.0, by0_ = 0.0, bx1_ = 0.0, by1_ = 0.0;
   void reset_box() {
@@ -248,67 +246,6 @@ void Builder::add_convex(const double* xs, const double* ys, int n) {
     add_vertex(xs[0], ys[0]);
     add_vertex(xs[i], ys[i]);
     add_vertex(xs[i + 1], ys[i + 1]);
-  }
-}
-
-void Builder::add_disc(double x, double y) {
-  const double r = 2.0 * hw_;  // good enough for the plot at twice its size
-  const double step = 2.0 * std::acos(std::max(-1.0, 1.0 - kRoundTolerance / r));
-  const int n = std::clamp(static_cast<int>(std::ceil(2.0 * std::numbers::pi / step)), 8, kMaxDiscPoints);
-  double xs[kMaxDiscPoints];
-  double ys[kMaxDiscPoints];
-  for (int i = 0; i < n; ++i) {
-    const double a = 2.0 * std::numbers::pi * i / n;
-    xs[i] = x + hw_ * std::cos(a);
-    ys[i] = y + hw_ * std::sin(a);
-  }
-  add_convex(xs, ys, n);
-}
-
-// The cap at (x, y) of a line leaving in direction (ux, uy).
-void Builder::add_cap(double x, double y, double ux, double uy) {
-  if (cap_ == 1) {
-    add_disc(x, y);
-  } else if (cap_ == 2) {
-    const double nx = -uy * hw_;
-    const double ny = ux * hw_;
-    const double bx = -ux * hw_;
-    const double by = -uy * hw_;
-    const double xs[4] = {x + nx, x - nx, x - nx + bx, x + nx + bx};
-    const double ys[4] = {y + ny, y - ny, y - ny + by, y + ny + by};
-    add_convex(xs, ys, 4);
-  }
-}
-
-// The join at (x, y) from direction (pux, puy) to (ux, uy).
-void Builder::add_join(double x, double y, double pux, double puy, double ux, double uy) {
-  if (2.0 * hw_ < kJoinWidth) {
-    return;
-  }
-  const double cross = pux * uy - puy * ux;
-  const double dot = pux * ux + puy * uy;
-  if (std::fabs(cross) < 1e-12 && dot > 0.0) {
-    return;
-  }
-  if (join_ == 1) {
-    add_disc(x, y);
-    return;
-  }
-  const double s = cross > 0.0 ? -1.0 : 1.0;  // the outer side
-  const double n1x = -puy * hw_ * s;
-  const double n1y = pux * hw_ * s;
-  const double n2x = -uy * hw_ * s;
-  const double n2y = ux * hw_ * s;
-  const double ratio = 1.0 / std::sqrt(std::max(1e-12, (1.0 + dot) * 0.5));
-  if (join_ == 0 && ratio <= miter_limit_) {
-    const double k = 1.0 / (1.0 + dot);
-    const double xs[4] = {x, x + n1x, x + (n1x + n2x) * k, x + n2x};
-    const double ys[4] = {y, y + n1y, y + (n1y + n2y) * k, y + n2y};
-    add_convex(xs, ys, 4);
-  } else {
-    const double xs[3] = {x, x + n1x, x + n2x};
-    const double ys[3] = {y, y + n1y, y + n2y};
-    add_convex(xs, ys, 3);
   }
 }
 
@@ -380,8 +317,8 @@ void Builder::wide_line() {
   const bool opaque = (colour_ >> 24) == 255;
   const GLint first = vertex_index();
   reset_box();
-  // As raster/stroke.cpp: a quadrilateral per segment, joins between, caps at the ends,
-  // and a dot for a line drawn to its own start.
+  // The outline's pieces as on the raster page: a quadrilateral per segment, joins
+  // between, caps at the ends, and a dot for a line drawn to its own start.
   const bool snap = !list_.antialias;
   auto at = [&](std::size_t i) {
     Point p = line_[i];
@@ -391,47 +328,24 @@ void Builder::wide_line() {
     }
     return p;
   };
-  Point last = at(0);
-  double ux = 0.0;
-  double uy = 0.0;
-  int segments = 0;
+  StrokeStyle style;
+  style.width = width_;
+  style.cap = cap_;
+  style.join = join_;
+  style.miter_limit = miter_limit_;
+  style.tolerance = kRoundTolerance;
+  Stroker stroker(*this);
+  stroker.set_style(style);
+  const Point start = at(0);
+  stroker.move(start.x, start.y);
   for (std::size_t i = 1; i < line_.size(); ++i) {
     const Point p = at(i);
-    const double dx = p.x - last.x;
-    const double dy = p.y - last.y;
-    const double len = std::sqrt(dx * dx + dy * dy);
-    if (!(len > 1e-9) || !std::isfinite(len)) {
-      continue;
-    }
-    const double vx = dx / len;
-    const double vy = dy / len;
-    if (segments == 0) {
-      add_cap(last.x, last.y, vx, vy);
-    } else {
-      add_join(last.x, last.y, ux, uy, vx, vy);
-    }
-    const double nx = -vy * hw_;
-    const double ny = vx * hw_;
-    const double xs[4] = {last.x + nx, p.x + nx, p.x - nx, last.x - nx};
-    const double ys[4] = {last.y + ny, p.y + ny, p.y - ny, last.y - ny};
-    add_convex(xs, ys, 4);
-    ux = vx;
-    uy = vy;
-    last = p;
-    ++segments;
+    stroker.line(p.x, p.y);
   }
-  if (segments > 0) {
-    add_cap(last.x, last.y, -ux, -uy);
-  } else if (drawn_) {
-    const Point s = at(0);
-    if (cap_ == 1) {
-      add_disc(s.x, s.y);
-    } else {
-      const double xs[4] = {s.x - hw_, s.x + hw_, s.x + hw_, s.x - hw_};
-      const double ys[4] = {s.y - hw_, s.y - hw_, s.y + hw_, s.y + hw_};
-      add_convex(xs, ys, 4);
-    }
+  if (line_.size() == 1 && drawn_) {
+    stroker.line(start.x, start.y);  // a dot
   }
+  stroker.finish();
   const GLsizei count = vertex_index() - first;
   if (count == 0) {
     return;
@@ -592,7 +506,6 @@ void Builder::run() {
         if (!list_.antialias) {
           width_ = std::round(width_);
         }
-        hw_ = width_ * 0.5;
         break;
       }
       case Op::Cap:

@@ -102,7 +102,8 @@ TEST(RasterPage, StrokesArePaintedOnceWhereTheyCross) {
   ASSERT_TRUE(p.allocate(60, 60, kWhite));
   p.set_antialias(true);
   p.set_colour({0, 0, 0, 100});
-  Stroker s(p);
+  PageEdges edges(p);
+  Stroker s(edges);
   StrokeStyle style;
   style.width = 6.0;
   style.join = 1;
@@ -121,7 +122,8 @@ TEST(RasterPage, StrokesArePaintedOnceWhereTheyCross) {
   RasterPage d;
   ASSERT_TRUE(d.allocate(10, 10, kWhite));
   d.set_colour(kBlack);
-  Stroker dot(d);
+  PageEdges dot_edges(d);
+  Stroker dot(dot_edges);
   dot.set_style(style);
   dot.move(5, 5);
   dot.line(5, 5);
