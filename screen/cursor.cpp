@@ -86,6 +86,22 @@ void collect(GlobalBlock& g, screen::Track kind, int* nxray, int* nyray, int nma
   *iret = r.ended_by;
 }
 
+// One click in window pixels; false after the warning or when the window closed.
+bool one_click(GlobalBlock& g, int& px, int& py) {
+  screen::Display* d = nullptr;
+  int handle = 0;
+  if (!input_window(g, d, handle)) {
+    return false;
+  }
+  screen::InputResult r;
+  if (!d->input(handle, screen::Track::Click, 1, r) || r.xs.empty()) {
+    return false;
+  }
+  px = r.xs[0];
+  py = r.ys[0];
+  return true;
+}
+
 void two_points(GlobalBlock& g, screen::Track kind, int* nx1, int* ny1, int* nx2, int* ny2) {
   *nx1 = *ny1 = *nx2 = *ny2 = -1;
   screen::Display* d = nullptr;
@@ -108,14 +124,10 @@ namespace api {
 void csrpt1(GlobalBlock& g, int* nx, int* ny) {
   *nx = -1;
   *ny = -1;
-  screen::Display* d = nullptr;
-  int handle = 0;
-  if (!input_window(g, d, handle)) {
-    return;
-  }
-  screen::InputResult r;
-  if (d->input(handle, screen::Track::Click, 1, r) && !r.xs.empty()) {
-    plot_point(g, r.xs[0], r.ys[0], *nx, *ny);
+  int px = 0;
+  int py = 0;
+  if (one_click(g, px, py)) {
+    plot_point(g, px, py, *nx, *ny);
   }
 }
 
@@ -165,18 +177,14 @@ int csrpos(GlobalBlock& g, int* nx, int* ny) {
 void csrusr(GlobalBlock& g, double* xp, double* yp) {
   *xp = 0.0;
   *yp = 0.0;
-  screen::Display* d = nullptr;
-  int handle = 0;
-  if (!input_window(g, d, handle)) {
-    return;
-  }
-  screen::InputResult r;
-  if (!d->input(handle, screen::Track::Click, 1, r) || r.xs.empty()) {
+  int px = 0;
+  int py = 0;
+  if (!one_click(g, px, py)) {
     return;
   }
   double x = 0.0;
   double y = 0.0;
-  to_plot(g, r.xs[0], r.ys[0], x, y);
+  to_plot(g, px, py, x, y);
   const AxisScale& sx = g.axes.scale[kAxisX];
   const AxisScale& sy = g.axes.scale[kAxisY];
   const double u = (x - sx.corner) / sx.factor + sx.a;
