@@ -14,7 +14,9 @@
 #include <vector>
 
 #include "core/callbacks.h"
+#include "core/global_block.h"
 #include "core/messages.h"
+#include "core/process.h"
 #include "jni/marshal.h"
 
 namespace zorvel::jni {
@@ -325,12 +327,20 @@ JavaCallback::~JavaCallback() {
   }
 }
 
-// An exception thrown by the Java method is shown and cleared: the library's code that
-// made the call must go on, and a pending exception would break the next JNI call.
+// An exception thrown by the Java method is shown, cleared and reported as warning 292:
+// the library's code that made the call must go on, and a pending exception would break
+// the next JNI call. The warning is given in the name of the routine that raised the
+// event (on the screen thread: the one the lent block waits in).
 bool JavaCallback::threw() noexcept {
   if (env_ != nullptr && env_->ExceptionCheck() == JNI_TRUE) {
     env_->ExceptionDescribe();
     env_->ExceptionClear();
+    try {
+      const GlobalBlock* g = find_block();
+      warn_in(g != nullptr ? std::string(g->msg.routine.view()) : std::string("callback"), 292);
+    } catch (...) {
+      // no memory for the routine's name: the stack trace above has said it
+    }
     return true;
   }
   return false;

@@ -1,5 +1,6 @@
 #include "jni/marshal.h"
 
+#include <algorithm>
 #include <cstring>
 #include <new>
 #include <string_view>
@@ -263,6 +264,42 @@ void StringOut::commit() {
   }
   env_->SetObjectArrayElement(a_, 0, s);
   env_->DeleteLocalRef(s);
+}
+
+StringInOut::StringInOut(JNIEnv* env, jstring s, jint count, const char* routine,
+                         const char* argument) noexcept
+    : env_(env), s_(s) {
+  StringIn in(env, s, routine, argument);
+  if (!in) {
+    return;
+  }
+  if (count > 0) {
+    n_ = count;
+    const auto size = static_cast<std::size_t>(count);
+    p_.reset(new (std::nothrow) char[size]);
+    if (!p_) {
+      warn_no_memory(env);
+      return;
+    }
+    const std::size_t len = std::min(std::strlen(in.get()), size);
+    std::memcpy(p_.get(), in.get(), len);
+    if (len < size) {
+      p_[len] = '\0';
+    }
+  }
+  ok_ = true;
+}
+
+jstring StringInOut::result() const noexcept {
+  if (!p_) {
+    return s_;
+  }
+  // A text that filled the buffer was refused by the routine and is as it was.
+  const auto size = static_cast<std::size_t>(n_);
+  if (strnlen(p_.get(), size) == size) {
+    return s_;
+  }
+  return new_string(env_, p_.get());
 }
 
 jstring new_string(JNIEnv* env, const char* text) noexcept {

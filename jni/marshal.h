@@ -158,6 +158,30 @@ class StringOut {
   bool ok_ = false;
 };
 
+// An `inout str[n]` text: the String's UTF-8 in a buffer of `count` bytes (cut to it: a
+// text that fills the buffer has no end inside it, which the routine reports), and
+// result(), the text the routine left there as a new String. A null String gives warning
+// 2 naming the argument; a count below 1 passes no buffer, and result() is the String
+// as it came when there is no buffer or the text filled it.
+class StringInOut {
+ public:
+  StringInOut(JNIEnv* env, jstring s, jint count, const char* routine,
+              const char* argument) noexcept;
+  StringInOut(const StringInOut&) = delete;
+  StringInOut& operator=(const StringInOut&) = delete;
+
+  explicit operator bool() const { return ok_; }
+  char* get() const { return p_.get(); }
+  jstring result() const noexcept;
+
+ private:
+  JNIEnv* env_;
+  jstring s_;
+  jint n_ = 0;
+  std::unique_ptr<char[]> p_;
+  bool ok_ = false;
+};
+
 // A FILE* argument given from Java as a code: 0 no file (for `unit`: messages off),
 // 1 standard output, 2 standard error.
 class FileArg {

@@ -8,6 +8,8 @@
 #include <memory>
 #include <string>
 
+#include "screen/widget_state.h"
+
 namespace zorvel {
 
 struct GlobalBlock;
@@ -25,6 +27,7 @@ struct ScreenState {
   int cursor = 0;                // csrtyp: 0 ARRO, 1 CROS, 2 HAIR
   // The open windows; created at the first screen plot.
   std::unique_ptr<screen::BlockWindows> windows;
+  WidgetState widgets;  // wgini .. wgfin and the values kept after it
 
   ScreenState();
   ScreenState(const ScreenState&) = delete;

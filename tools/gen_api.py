@@ -38,7 +38,7 @@ KINDS = {
     "int", "dbl", "str", "file", "cb", "buf",
     "int[]", "dbl[]", "int[,]", "dbl[,]",
     "out int", "out dbl", "out int[]", "out dbl[]", "out int[,]", "out dbl[,]", "out str[]",
-    "inout int[]", "inout dbl[]", "inout int[,]", "inout dbl[,]",
+    "inout int[]", "inout dbl[]", "inout int[,]", "inout dbl[,]", "inout str[]",
     "out int[*]", "out dbl[*]",
 }
 # Buffers whose size the routine needs, not the table: the caller's character buffer

@@ -14,6 +14,8 @@ arguments in the table's order:
                   library's row order, z(i, j) the value at (x(i), y(j))
   out, inout      intent(out), intent(inout) of the same types
   out str[n]      character(len=*), filled from the library's text, blank-padded
+  inout str[n]    character(len=*), handed over trimmed in a buffer of n bytes and
+                  replaced by the library's text (left as it was when it filled the buffer)
   buf             character(len=*), whose length the routine is told
   out dbl[*] ...  arrays of assumed shape, whose size the routine is told
   callbacks       procedures of the abstract interfaces of the callback types, which
@@ -35,7 +37,7 @@ IMPORT = "      import :: c_int, c_double, c_char, c_ptr, c_funptr, c_size_t\n"
 
 
 def needs_wrapper(r):
-    return any(a.kind in ("str", "buf", "out str[]") or a.is_sized or a.callback is not None
+    return any(a.kind in ("str", "buf", "out str[]", "inout str[]") or a.is_sized or a.callback is not None
                for a in r.args)
 
 
@@ -58,7 +60,7 @@ def c_decl(a):
     k = a.kind
     if k in SCALAR:
         return f"{SCALAR[k]}, value :: {a.name}"
-    if k in ("str", "out str[]", "buf"):
+    if k in ("str", "out str[]", "inout str[]", "buf"):
         intent = "in" if k == "str" else "inout"
         return f"character(kind=c_char), intent({intent}) :: {a.name}(*)"
     if k == "file":
@@ -80,6 +82,8 @@ def f_decl(a):
         return f"character(len=*), intent(in) :: {a.name}"
     if k == "out str[]":
         return f"character(len=*), intent(out) :: {a.name}"
+    if k == "inout str[]":
+        return f"character(len=*), intent(inout) :: {a.name}"
     if k == "buf":
         return f"character(len=*), intent(inout) :: {a.name}"
     if a.callback is not None:
@@ -134,6 +138,10 @@ def wrapper(r):
             out.append(f"    character(kind=c_char, len=max({a.count}, 1)) :: c_{n}\n")
             call.append(f"c_{n}")
             after.append(f"{n} = from_c(c_{n})")
+        elif a.kind == "inout str[]":
+            out.append(f"    character(kind=c_char, len=max({a.count}, 1)) :: c_{n}\n")
+            call.append(f"c_{n}")
+            after.append(f"if (index(c_{n}, c_null_char) > 0) {n} = from_c(c_{n})")
         elif a.kind == "buf":
             call += [n, f"len({n}, kind=c_size_t)"]
         elif a.is_sized:
@@ -143,7 +151,7 @@ def wrapper(r):
         else:
             call.append(n)
     for a in r.args:
-        if a.kind == "str":
+        if a.kind in ("str", "inout str[]"):
             out.append(f"    c_{a.name} = trim({a.name}) // c_null_char\n")
     target = f"call c_{r.name}(" if r.ret == "void" else f"r = c_{r.name}("
     out.append(wrap(target + ", ".join(call) + ")", 4))
@@ -180,7 +188,7 @@ def generate(table):
     for r in table:
         out.append(interface(r, f"c_{r.name}" if needs_wrapper(r) else r.name))
     out.append("  end interface\n\ncontains\n\n")
-    if any(a.kind == "out str[]" for r in table for a in r.args):
+    if any(a.kind in ("out str[]", "inout str[]") for r in table for a in r.args):
         out.append(FROM_C)
     out.extend(wrapper(r) for r in table if needs_wrapper(r))
     out.append("end module zorvel\n")

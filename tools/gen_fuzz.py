@@ -20,11 +20,15 @@ import sys
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 from gen_api import parse_table  # noqa: E402
 
-# Routines that are never called, with the reason. Nothing in the table blocks today:
-# the screen devices have no driver in this build (zorini gives warning 183 and stays at
-# level 0), and no routine waits for input. A routine that opens a window or waits for
-# the mouse or the keyboard belongs here.
-EXCLUDED = {}
+# The caller's text buffers: zeroed buffers of their count (an "inout" list starts empty).
+TEXT_BUFFERS = ("out str[]", "inout str[]")
+
+# Routines that are never called, with the reason. A routine that opens a window or waits
+# for the mouse or the keyboard belongs here (without a display they only warn, but a
+# fuzzer run under X must not wait for a user).
+_WAITS = "waits for the user when a display is open"
+EXCLUDED = {"wgfin": _WAITS, "dwgmsg": _WAITS, "dwgbut": _WAITS, "dwglis": _WAITS,
+            "dwgtxt": _WAITS, "dwgfil": _WAITS}
 
 # Arguments held to a range, with the reason: (routine, argument) -> (lowest, highest).
 CAPS = {
@@ -126,9 +130,9 @@ def gen_case(r):
     call = []
     for a in r.args:
         v = "a_" + a.name
-        call.append(v + (".get()" if a.kind in ("str",) or a.is_array or a.kind == "out str[]"
+        call.append(v + (".get()" if a.kind in ("str",) or a.is_array or a.kind in TEXT_BUFFERS
                          else ""))
-        if a.is_array or a.kind == "out str[]":
+        if a.is_array or a.kind in TEXT_BUFFERS:
             continue
         if a.kind == "int":
             reader = "read_count" if a.name in counts else "read_int"
@@ -163,11 +167,11 @@ def gen_case(r):
     for nx, ny in pairs:
         lines.append(f"zfuzz::cap_pair(a_{nx}, a_{ny});")
     for a in r.args:
-        if not (a.is_array or a.kind == "out str[]"):
+        if not (a.is_array or a.kind in TEXT_BUFFERS):
             continue
         n = elements(a)
-        if a.kind == "out str[]":
-            reader = "out_chars"
+        if a.kind in TEXT_BUFFERS:
+            reader = "out_chars"  # an inout list starts empty
         elif a.kind.startswith("out "):
             reader = f"out_{a.base}_array"
         else:
@@ -176,7 +180,7 @@ def gen_case(r):
     shown = []
     for a in r.args:
         v = "a_" + a.name
-        if a.is_array or a.kind == "out str[]":
+        if a.is_array or a.kind in TEXT_BUFFERS:
             shown.append(f"zfuzz::show({v}, {elements(a)})")
         elif a.kind in ("cb", "out int", "out dbl", "buf", "out int[*]", "out dbl[*]"):
             shown.append(f'zfuzz::show_pointer(reinterpret_cast<const void*>({v}), "{a.kind.split()[-1]}")')
@@ -261,7 +265,7 @@ def enc_call(routine, ids, values):
     given = dict(zip((a.name for a in routine.args), values))
     out = ids[routine.name].to_bytes(2, "little")
     for a, v in zip(routine.args, values):
-        if a.is_array or a.kind == "out str[]":
+        if a.is_array or a.kind in TEXT_BUFFERS:
             continue
         if a.kind == "int":
             out += enc_int(v)
@@ -274,12 +278,12 @@ def enc_call(routine, ids, values):
         else:  # cb, out int, out dbl: present unless None
             out += bytes([0 if v is None else 1])
     for a in routine.args:
-        if not (a.is_array or a.kind == "out str[]"):
+        if not (a.is_array or a.kind in TEXT_BUFFERS):
             continue
         v = given[a.name]
         if v is None:
             out += bytes([0])
-        elif a.is_output and not a.kind.startswith("inout"):
+        elif (a.is_output and not a.kind.startswith("inout")) or a.kind in TEXT_BUFFERS:
             out += bytes([1])
         else:
             n = 1

@@ -87,7 +87,14 @@ def java_type(kind, floats):
     if kind == "out int" or (kind.endswith("]") and kind.split()[-1].startswith("int")):
         return J_INTS
     return {"int": J_INT, "dbl": J_DOUBLE, "str": J_STRING, "file": J_INT, "cb": J_STRING,
-            "out str[]": J_STRINGS, "buf": J_BYTES}.get(kind)
+            "out str[]": J_STRINGS, "inout str[]": J_STRING, "buf": J_BYTES}.get(kind)
+
+
+def returned_text(r):
+    """The "inout str[n]" argument whose new text the Java method returns (Java strings
+    cannot be changed in place), or None."""
+    texts = [a for a in r.args if a.kind == "inout str[]"]
+    return texts[0] if texts else None
 
 
 def callback_value(kind, cb):
@@ -154,6 +161,9 @@ def unsupported(r):
         return f"'{r.name}' is reserved in Java"
     if r.ret not in RETURNS:
         return f"return type '{r.ret}'"
+    if returned_text(r) is not None and (r.ret != "void" or
+                                         sum(a.kind == "inout str[]" for a in r.args) > 1):
+        return "an 'inout str' beside a result"
     for a in r.args:
         if java_type(a.kind, False) is None:
             return f"argument kind '{a.kind}'"
@@ -213,6 +223,8 @@ def converter(a, floats, routine):
         return f"{'FloatCell' if floats else 'DoubleCell'} {c}(env, {p});", True
     if k == "out str[]":
         return f"StringOut {c}(env, {p}, {count});", True
+    if k == "inout str[]":
+        return f'StringInOut {c}(env, {p}, {count}, "{routine}", "{a.name}");', False
     raise ValueError(k)
 
 
@@ -326,6 +338,9 @@ def gen_wrapper(m, qualified_class, registry):
     r = m.r
     jret, cret, _ = RETURNS[r.ret]
     zero = {"void": "", "int": " 0", "dbl": " 0.0"}[r.ret]
+    text = returned_text(r)
+    if text is not None:
+        cret, zero = "jstring", " nullptr"
     convs = [converter(a, m.floats, r.name) for a in r.args]
     callbacks = [a for a in r.args if a.callback is not None]
     uses_env = any(cv is not None and "(env" in cv[0] for cv in convs) or bool(callbacks)
@@ -362,7 +377,11 @@ def gen_wrapper(m, qualified_class, registry):
                     f'"{r.name}", "{a.name}")')
         out.append(f"  if (!{keep}) {{\n    return{zero};\n  }}\n")
     call = f"{'zorvel::sized' if r.sized else ''}::{r.name}({', '.join(call_args)})"
-    if r.ret == "void":
+    if text is not None:
+        out.append(f"  {call};\n")
+        out.extend(commits)
+        out.append(f"  return c_{text.name}.result();\n")
+    elif r.ret == "void":
         out.append(f"  {call};\n")
         out.extend(commits)
     elif commits:
@@ -448,6 +467,8 @@ def param_doc(a):
         "out dbl": "output: a one-element array that receives the value",
         "out str[]": f"output: a one-element array that receives the text (at most"
                      f" {{@code {a.count}}} - 1 bytes of UTF-8)",
+        "inout str[]": f"text handed to the routine in a buffer of {{@code {a.count}}} bytes"
+                       f" of UTF-8; the method returns the text the routine leaves there",
     }.get(a.kind, "")
 
 
@@ -464,7 +485,9 @@ def javadoc(m):
         lines.append("")
     for a, t in zip(r.args, m.types):
         lines.append(f"@param {java_name(a.name)} {param_doc(a) or t.java}")
-    if r.ret != "void":
+    if returned_text(r) is not None:
+        lines.append(f"@return the new text of {{@code {returned_text(r).name}}}")
+    elif r.ret != "void":
         lines.append(f"@return {RETURNS[r.ret][0]}")
     body = "".join(f"   * {line}".rstrip() + "\n" for line in lines)
     return f"  /**\n{body}   */\n"
@@ -479,7 +502,8 @@ def gen_methods(methods):
             out.append(f"  // {group}\n  // {'=' * len(group)}\n\n")
         params = ", ".join(f"{t.java} {java_name(a.name)}" for a, t in zip(m.r.args, m.types))
         out.append(javadoc(m))
-        out.append(f"  public static native {RETURNS[m.r.ret][0]} {m.r.name}({params});\n\n")
+        ret = "String" if returned_text(m.r) is not None else RETURNS[m.r.ret][0]
+        out.append(f"  public static native {ret} {m.r.name}({params});\n\n")
     return "".join(out).rstrip("\n") + "\n"
 
 

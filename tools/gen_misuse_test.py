@@ -13,7 +13,8 @@ from gen_api import parse_table  # noqa: E402
 
 # Counts are 1 (and 1 by 1), so that every array is large enough.
 DUMMY = {"int": "1", "dbl": "1.0", "str": '"X"', "file": "stdout", "cb": "NULL",
-         "out int": "&iout", "out dbl": "&dout", "out str[]": "sbuf", "buf": "sbuf",
+         "out int": "&iout", "out dbl": "&dout", "out str[]": "sbuf", "inout str[]": "sbuf",
+         "buf": "sbuf",
          "out int[*]": "iarr", "out dbl[*]": "darr"}
 
 

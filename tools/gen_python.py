@@ -16,6 +16,8 @@ python/zorvel/_runtime.py, loads the library and converts the arguments):
   dbl[nx,ny]      a NumPy array of shape (ny, nx) (row by row, rows are y) or a flat one
   out ...         not arguments: returned, after the routine's own result (a tuple when
                   there are several values); output arrays are new NumPy arrays
+  inout str[n]    a str (or bytes) handed over in a buffer of n bytes; the text the
+                  routine leaves there is returned as an output
   inout, [*]      writable float64 (int32) arrays, written in place
   buf             a bytearray, whose size the routine is told (zorvel_sized_<name>)
   callbacks       Python callables, kept alive while the library holds them; an
@@ -74,7 +76,8 @@ def derivable_counts(r):
     a one-dimensional array, 0 (nx) or 1 (ny) for a matrix."""
     out = {}
     for a in r.args:
-        if not a.is_array or a.is_sized or (a.is_output and not a.kind.startswith("inout")):
+        if (not a.is_array or a.is_sized or a.base == "str"
+                or (a.is_output and not a.kind.startswith("inout"))):
             continue
         for axis, c in enumerate(a.counts):
             if not c.isdigit():
@@ -162,6 +165,8 @@ class Wrapper:
                 self.emit(f"c_{n} = _to_str({n}, '{a.name}')")
             elif k == "file":
                 self.emit(f"c_{n} = _to_file({n}, '{a.name}')")
+            elif k == "inout str[]":
+                self.emit(f"c_{n} = _to_str({n}, '{a.name}')")
             elif a.is_array and not a.is_output and not a.is_sized:
                 code = "d" if a.base == "dbl" else "i"
                 self.emit(f"p_{n}, k_{n}, l_{n} = _array_in({n}, '{code}', '{a.name}', "
@@ -201,7 +206,8 @@ class Wrapper:
                 given = ", ".join(f"(l_{pyname(a.name)}, '{a.name}')" for a, _ in ones)
                 self.emit(f"    _check_lengths({n}, '{c}', ({given},))")
         for a in self.r.args:
-            if a.is_array and not a.is_sized and (not a.is_output or a.kind.startswith("inout")):
+            if (a.is_array and not a.is_sized and a.base != "str"
+                    and (not a.is_output or a.kind.startswith("inout"))):
                 n = pyname(a.name)
                 if len(a.counts) == 2:
                     cx, cy = (pyname(c) for c in a.counts)
@@ -234,6 +240,15 @@ class Wrapper:
                 self.emit(f"v_{n} = _ct.create_string_buffer(max({cnt}, 1))")
                 self.call.append(f"v_{n}")
                 self.results.append(f"v_{n}.value.decode('utf-8', 'surrogateescape')")
+            elif k == "inout str[]":
+                # The text goes in as far as the buffer holds it; one that fills it has no
+                # end within it, which the routine reports, and comes back as it was.
+                cnt = a.count if a.count.isdigit() else pyname(a.count)
+                self.emit(f"v_{n} = _ct.create_string_buffer(max({cnt}, 1))")
+                self.emit(f"_ct.memmove(v_{n}, c_{n}, min(len(c_{n}), len(v_{n})))")
+                self.call.append(f"v_{n}")
+                self.results.append(f"(v_{n}.value if len(c_{n}) < len(v_{n}) else c_{n})"
+                                    f".decode('utf-8', 'surrogateescape')")
             elif a.is_sized:
                 self.call += [f"p_{n}", f"l_{n}"]
             elif a.is_output and not k.startswith("inout"):
@@ -274,7 +289,7 @@ class Wrapper:
         if counts:
             extra.append(f"{', '.join(counts)}: by default the length of the arrays.")
         rets = ([RET_TYPES[r.ret]] if r.ret != "void" else []) + [
-            a.name for a in r.args if is_returned(a)]
+            a.name for a in r.args if is_returned(a) or a.kind == "inout str[]"]
         if rets:
             extra.append(f"Returns {', '.join(rets)}.")
         return '"""' + text + "\n\n    " + " ".join(extra) + '\n    """'

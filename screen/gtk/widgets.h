@@ -7,7 +7,7 @@ class Widgets;
 
 namespace zorvel::gtk {
 
-// The module's widgets; null while they are not built.
+// The module's widget windows and dialogs (one object for the process).
 screen::Widgets* widgets();
 
 }  // namespace zorvel::gtk

@@ -97,6 +97,13 @@ def case_out_str(z):
     return good, []
 
 
+def case_inout_str(z):
+    good = [(lambda: z.fxlist("café", 16, "x"), ['fxlist clis="café" n=16'], "café|x"),
+            (lambda: z.fxlist("abcdef", 4, "x"), ['fxlist clis="(unterminated)" n=4'], "abcdef"),
+            (lambda: z.fxlist("none", 0, "x"), ["fxlist n=0"], "none")]
+    return good, [(lambda: z.fxlist(None, 8, "x"), TypeError)]
+
+
 def case_file(z):
     good = [(lambda: z.fxfile(None), ['fxfile fp="none"'], None),
             (lambda: z.fxfile(sys.stdout), ['fxfile fp="stdout"', "fxfile wrote this line"], None)]
@@ -137,6 +144,7 @@ CASES = {
     ("inout dbl[]", "inout int[]"): case_inout,
     ("int", "dbl", "str", "out int", "out dbl"): case_scalars,
     ("out str[]",): case_out_str,
+    ("inout str[]",): case_inout_str,
     ("file",): case_file,
     ("buf", "out dbl[*]", "out int[*]"): case_sized,
     ("cb",): case_callbacks,
