@@ -20,7 +20,7 @@
 namespace zorvel::screen {
 
 // Raised by the module's entry when the library and the module were built apart.
-inline constexpr int kModuleVersion = 1;
+inline constexpr int kModuleVersion = 2;
 
 // A page of pixels: rows from the top, 3 bytes (RGB) per pixel, `stride` bytes apart.
 struct Pixels {
@@ -46,6 +46,7 @@ struct WindowSpec {
   int height = 603;
   std::string title = "Zorvel";
   bool gl = false;  // drawn through OpenGL from a display list (show_list)
+  int embed = 0;    // a shown widget window whose Draw widget the plot draws in (wgdraw)
 };
 
 // What an input request waits for.

@@ -7,6 +7,7 @@
 #include "core/messages.h"
 #include "core/platform.h"
 #include "drivers/registry.h"
+#include "screen/widget_backend.h"
 
 namespace zorvel::screen {
 namespace {
@@ -77,7 +78,26 @@ bool is_screen(const DeviceInfo& dev) {
 }
 
 bool screen_ready(GlobalBlock& g, const DeviceInfo& dev) {
-  return !is_screen(dev) || display(g) != nullptr;
+  if (!is_screen(dev)) {
+    return true;
+  }
+  if (display(g) == nullptr) {
+    return false;
+  }
+  // While a widget window with a drawing area (wgdraw) is shown, screen plots draw there,
+  // at its size.
+  g.screen.embed = 0;
+  const WidgetState& ws = g.screen.widgets;
+  int w = 0;
+  int h = 0;
+  if (dev.family == DeviceFamily::Screen && ws.phase == WidgetState::Phase::Shown &&
+      ws.handle != 0 && module()->widgets != nullptr &&
+      module()->widgets->draw_size(ws.handle, w, h) && w > 0 && h > 0) {
+    g.screen.embed = ws.handle;
+    g.core.window_width = w;
+    g.core.window_height = h;
+  }
+  return true;
 }
 
 }  // namespace zorvel::screen

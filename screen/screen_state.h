@@ -25,6 +25,8 @@ struct ScreenState {
   std::string title = "Zorvel";  // wintit
   int end_mode = 0;              // winmod: 0 STAN (wait), 1 HOLD, 2 NONE (close)
   int cursor = 0;                // csrtyp: 0 ARRO, 1 CROS, 2 HAIR
+  int embed = 0;                 // the open plot draws in the Draw widget of this shown
+                                 //   widget window (wgdraw), 0: in a window of its own
   // The open windows; created at the first screen plot.
   std::unique_ptr<screen::BlockWindows> windows;
   WidgetState widgets;  // wgini .. wgfin and the values kept after it

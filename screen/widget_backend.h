@@ -101,10 +101,9 @@ class Widgets {
   virtual void update(int handle, const WidgetNode& node) = 0;
   // Destroys the window; no event is raised afterwards.
   virtual void close(int handle) = 0;
-  // Where the next plot's window goes when the window has a Draw widget: beside the
-  // window, level with the widget (screen pixels of its upper left corner); false
-  // without one.
-  virtual bool plot_place(int handle, int& x, int& y) = 0;
+  // The size of the window's Draw widget in pixels; false without one. Screen plots of
+  // the block draw in it while the window is shown (WindowSpec::embed).
+  virtual bool draw_size(int handle, int& w, int& h) = 0;
 
   // Modal dialogs titled `title`, from any thread (a callback included); each returns
   // false when the user cancels or closes it. Texts may hold several lines ("\n"); isel

@@ -25,8 +25,6 @@ struct WidgetState {
   std::string title = "Zorvel";           // swgtit
   int width = 0;                          // swgsiz (0: as the widgets need)
   int height = 0;
-  // wgdraw: the next plot's window was placed beside the widget window (undone by wgini).
-  bool placed_plot = false;
 };
 
 struct GlobalBlock;

@@ -259,22 +259,6 @@ void on_event(void* owner, const screen::WidgetEvent& e) {
   }
 }
 
-// wgdraw: the next plot's window beside the widget window, level with its drawing area,
-// unless the program placed its windows itself. (The plot draws in its own window: the
-// screen windows are the plot's, and this keeps them apart from the widget windows.)
-void place_plot_window(GlobalBlock& g, screen::Widgets& tk) {
-  WidgetState& w = g.screen.widgets;
-  int x = 0;
-  int y = 0;
-  if (g.screen.placed || !tk.plot_place(w.handle, x, y)) {
-    return;
-  }
-  g.screen.x = x;
-  g.screen.y = y;
-  g.screen.placed = true;
-  w.placed_plot = true;
-}
-
 }  // namespace
 
 std::vector<std::string> screen::split_items(std::string_view clis) {
@@ -313,10 +297,6 @@ int wgini(GlobalBlock& g, const char* ctyp) {
   Layout layout = Layout::Vertical;
   if (!layout_of(g, ctyp, layout)) {
     return 0;
-  }
-  if (w.placed_plot) {
-    g.screen.placed = false;
-    w.placed_plot = false;
   }
   w.nodes.clear();
   if (screen::widget_toolkit(g) == nullptr) {
@@ -483,7 +463,6 @@ void wgfin(GlobalBlock& g) {
   }
   w.phase = Phase::Shown;
   w.handle = handle;
-  place_plot_window(g, *tk);
   const screen::WidgetEnd end = tk->wait(handle);
   tk->close(handle);
   w.handle = 0;

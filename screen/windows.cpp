@@ -204,6 +204,7 @@ WindowSpec BlockWindows::spec(bool gl) const {
   s.height = g_.core.window_height;
   s.title = st.title;
   s.gl = gl;
+  s.embed = gl ? 0 : st.embed;
   return s;
 }
 
@@ -217,11 +218,12 @@ bool BlockWindows::open_slot(int index, bool gl) {
   int h = 0;
   int x = 0;
   int y = 0;
-  if (s.handle != 0 && (!d->geometry(s.handle, x, y, w, h) || s.gl != gl)) {
-    d->close(s.handle);  // closed by the user, or of the other kind
+  const WindowSpec sp = spec(gl);
+  if (s.handle != 0 &&
+      (!d->geometry(s.handle, x, y, w, h) || s.gl != gl || s.embed != sp.embed)) {
+    d->close(s.handle);  // closed by the user, or of another kind or place
     s.handle = 0;
   }
-  const WindowSpec sp = spec(gl);
   if (s.handle == 0) {
     s.handle = d->create(sp, index);
     if (s.handle == 0 && gl) {
@@ -234,6 +236,7 @@ bool BlockWindows::open_slot(int index, bool gl) {
       return false;
     }
     s.gl = gl;
+    s.embed = sp.embed;
     d->set_events(s.handle, &BlockWindows::window_event, this);
   } else {
     d->reshape(s.handle, sp);
@@ -346,6 +349,9 @@ void BlockWindows::finish(const PixelView& page) {
 
 // winmod: wait for the user, keep the window, or close it.
 void BlockWindows::end_plot(Slot& s, Display& d) {
+  if (s.embed != 0) {
+    return;  // a drawing area of a widget window lives with that window
+  }
   switch (g_.screen.end_mode) {
     case 0: {
       InputResult r;

@@ -62,6 +62,7 @@ class BlockWindows final : public Target {
   struct Slot {
     int handle = 0;  // the module's window, 0: not open
     bool gl = false;
+    int embed = 0;  // the widget window it lies in (WindowSpec::embed)
     std::shared_ptr<DisplayList> list = std::make_shared<DisplayList>();
     std::vector<std::uint8_t> pixels;  // the page shown last
     int width = 0;

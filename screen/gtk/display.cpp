@@ -33,6 +33,7 @@ struct Win {
   GtkWidget* window = nullptr;
   GtkWidget* area = nullptr;
   GlView* gl = nullptr;
+  bool embedded = false;  // the area is a widget window's Draw widget (wgdraw)
   cairo_surface_t* surface = nullptr;  // the page shown (screen thread)
   std::uint32_t background = 0;        // what lies beyond the page
   std::shared_ptr<screen::Renderer> renderer;
@@ -386,7 +387,7 @@ const char* cursor_name(int shape) {
 }
 
 void apply_cursor(Win* w) {
-  GdkWindow* gw = gtk_widget_get_window(w->area);
+  GdkWindow* gw = w->area != nullptr ? gtk_widget_get_window(w->area) : nullptr;
   if (gw == nullptr) {
     return;
   }
@@ -426,8 +427,42 @@ void GtkDisplay::screen_size(int& w, int& h) {
   });
 }
 
+void on_area_destroy(GtkWidget*, gpointer data) {
+  Win* w = static_cast<Win*>(data);
+  w->area = nullptr;
+  w->window = nullptr;
+  mark_closed(w);
+}
+
+// A plot in the Draw widget of a widget window: the area is the widget window's, this
+// window only draws in it and takes its clicks.
+bool embed_window(const std::shared_ptr<Win>& w, GtkWidget* area) {
+  w->embedded = true;
+  w->area = area;
+  w->window = gtk_widget_get_toplevel(area);
+  g_signal_connect(area, "draw", G_CALLBACK(on_draw), w.get());
+  gtk_widget_add_events(area, GDK_BUTTON_PRESS_MASK | GDK_BUTTON_RELEASE_MASK |
+                                  GDK_POINTER_MOTION_MASK | GDK_LEAVE_NOTIFY_MASK);
+  g_signal_connect(area, "button-press-event", G_CALLBACK(on_button), w.get());
+  g_signal_connect(area, "button-release-event", G_CALLBACK(on_button), w.get());
+  g_signal_connect(area, "motion-notify-event", G_CALLBACK(on_motion), w.get());
+  g_signal_connect(area, "leave-notify-event", G_CALLBACK(on_leave), w.get());
+  g_signal_connect(area, "destroy", G_CALLBACK(on_area_destroy), w.get());
+  if (GdkFrameClock* clock = gtk_widget_get_frame_clock(area)) {
+    g_signal_connect(clock, "after-paint", G_CALLBACK(on_after_paint), w.get());
+  }
+  apply_cursor(w.get());
+  gtk_widget_queue_draw(area);
+  return true;
+}
+
 // Builds the window on the screen thread; false when a GL area cannot be made.
 bool build_window(const std::shared_ptr<Win>& w, const screen::WindowSpec& spec) {
+  if (spec.embed != 0 && !spec.gl) {
+    if (GtkWidget* area = draw_area(spec.embed)) {
+      return embed_window(w, area);
+    }
+  }
   w->window = gtk_window_new(GTK_WINDOW_TOPLEVEL);
   if (spec.gl) {
     w->area = gl_view_new(w->gl);
@@ -494,8 +529,10 @@ void GtkDisplay::reshape(int win, const screen::WindowSpec& spec) {
     return;
   }
   run([&] {
-    size_window(w.get(), spec);
-    gtk_widget_show(w->window);
+    if (!w->embedded && w->window != nullptr) {
+      size_window(w.get(), spec);
+      gtk_widget_show(w->window);
+    }
   });
 }
 
@@ -531,6 +568,10 @@ void GtkDisplay::show(int win, const screen::Pixels& page) {
     {
       std::lock_guard<std::mutex> guard(state_lock());
       serial = ++w->wanted;
+    }
+    if (w->area == nullptr) {
+      serial = 0;  // its widget window is gone
+      return;
     }
     gtk_widget_queue_draw(w->area);
     // An iconified window paints nothing: no waiting for it.
@@ -576,11 +617,20 @@ void GtkDisplay::close(int win) {
     windows_.erase(it);
   }
   run([&] {
-    GdkFrameClock* clock = gtk_widget_get_frame_clock(w->area);
-    if (clock != nullptr) {
-      g_signal_handlers_disconnect_by_data(clock, w.get());
+    if (w->area != nullptr) {
+      if (GdkFrameClock* clock = gtk_widget_get_frame_clock(w->area)) {
+        g_signal_handlers_disconnect_by_data(clock, w.get());
+      }
+      if (w->embedded) {
+        // The area stays with its widget window.
+        g_signal_handlers_disconnect_by_data(w->area, w.get());
+        gtk_widget_queue_draw(w->area);
+      } else {
+        gtk_widget_destroy(w->window);
+      }
+      w->area = nullptr;
+      w->window = nullptr;
     }
-    gtk_widget_destroy(w->window);
     if (w->surface != nullptr) {
       cairo_surface_destroy(w->surface);
       w->surface = nullptr;
@@ -601,10 +651,16 @@ bool GtkDisplay::geometry(int win, int& x, int& y, int& width, int& height) {
       std::lock_guard<std::mutex> guard(state_lock());
       open = !w->closed;
     }
-    if (!open) {
+    if (!open || w->area == nullptr) {
+      open = false;
       return;
     }
-    gtk_window_get_position(GTK_WINDOW(w->window), &x, &y);
+    GdkWindow* gw = gtk_widget_get_window(w->area);
+    if (w->embedded && gw != nullptr) {
+      gdk_window_get_origin(gw, &x, &y);  // the drawing area on the screen
+    } else {
+      gtk_window_get_position(GTK_WINDOW(w->window), &x, &y);
+    }
     width = gtk_widget_get_allocated_width(w->area);
     height = gtk_widget_get_allocated_height(w->area);
     if (width <= 1 && height <= 1) {
@@ -619,7 +675,7 @@ unsigned long GtkDisplay::xid(int win) {
   unsigned long id = 0;
   if (w) {
     run([&] {
-      GdkWindow* gw = gtk_widget_get_window(w->window);
+      GdkWindow* gw = w->window != nullptr ? gtk_widget_get_window(w->window) : nullptr;
       if (gw != nullptr && GDK_IS_X11_WINDOW(gw)) {
         id = gdk_x11_window_get_xid(gw);
       }
@@ -658,7 +714,11 @@ bool GtkDisplay::input(int win, Track kind, int max_points, InputResult& out) {
     w->dragging = false;
     w->waiting = true;
   }
-  run([&] { gtk_window_present(GTK_WINDOW(w->window)); });
+  run([&] {
+    if (w->window != nullptr) {
+      gtk_window_present(GTK_WINDOW(w->window));
+    }
+  });
   std::unique_lock<std::mutex> lock(state_lock());
   wait(lock, [&] { return w->done || w->closed; });
   w->waiting = false;
@@ -674,7 +734,7 @@ int GtkDisplay::pointer(int win, int& x, int& y) {
     return -1;
   }
   run([&] {
-    GdkWindow* gw = gtk_widget_get_window(w->area);
+    GdkWindow* gw = w->area != nullptr ? gtk_widget_get_window(w->area) : nullptr;
     if (gw == nullptr) {
       return;
     }

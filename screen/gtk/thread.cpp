@@ -117,6 +117,10 @@ void run_async(std::function<void()> fn) {
   if (!s.ok || s.quit.load(std::memory_order_acquire)) {
     return;
   }
+  if (on_screen_thread()) {
+    fn();  // in order with what run() does at once here
+    return;
+  }
   auto* job = new std::function<void()>(std::move(fn));
   GSource* source = g_idle_source_new();
   g_source_set_priority(source, G_PRIORITY_DEFAULT);

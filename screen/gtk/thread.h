@@ -24,7 +24,7 @@ bool on_screen_thread();
 void run(const std::function<void()>& fn);
 
 // Runs fn on the screen thread later, in the order of all work handed over; returns at
-// once (the display may still be opening).
+// once (the display may still be opening). On the screen thread it runs at once.
 void run_async(std::function<void()> fn);
 
 // The lock of everything that waiting threads read: window states, input queues,

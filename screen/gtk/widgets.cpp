@@ -65,7 +65,9 @@ class GtkWidgets final : public screen::Widgets {
   WidgetEnd wait(int handle) override;
   void update(int handle, const WidgetNode& node) override;
   void close(int handle) override;
-  bool plot_place(int handle, int& x, int& y) override;
+  bool draw_size(int handle, int& w, int& h) override;
+  // The Draw widget of a shown window (screen thread); null without one.
+  GtkWidget* draw_widget(int handle);
 
   void message(const std::string& title, const std::string& text) override;
   bool question(const std::string& title, const std::string& text, bool yes_default,
@@ -677,36 +679,38 @@ void GtkWidgets::close(int handle) {
   });
 }
 
-bool GtkWidgets::plot_place(int handle, int& x, int& y) {
+GtkWidget* GtkWidgets::draw_widget(int handle) {
   std::shared_ptr<Shown> s = find(handle);
-  if (!s) {
-    return false;
+  if (!s || s->closing) {
+    return nullptr;
   }
+  for (std::size_t i = 0; i < s->kinds.size(); ++i) {
+    if (s->kinds[i] == WidgetKind::Draw) {
+      auto it = s->inner.find(static_cast<int>(i) + 1);
+      return it != s->inner.end() ? it->second : nullptr;
+    }
+  }
+  return nullptr;
+}
+
+bool GtkWidgets::draw_size(int handle, int& w, int& h) {
   bool found = false;
   run([&] {
-    for (std::size_t i = 0; i < s->kinds.size(); ++i) {
-      if (s->kinds[i] != WidgetKind::Draw) {
-        continue;
-      }
-      GtkWidget* w = s->inner[static_cast<int>(i) + 1];
-      GdkWindow* area = w != nullptr ? gtk_widget_get_window(w) : nullptr;
-      GdkWindow* top = gtk_widget_get_window(s->window);
-      if (area == nullptr || top == nullptr) {
-        return;
-      }
-      // The window manager may still be placing the window.
-      while (g_main_context_pending(nullptr)) {
-        g_main_context_iteration(nullptr, FALSE);
-      }
-      constexpr int kGap = 8;
-      GdkRectangle frame;
-      gdk_window_get_frame_extents(top, &frame);
-      int ax = 0;
-      gdk_window_get_origin(area, &ax, &y);
-      x = frame.x + frame.width + kGap;
-      found = true;
+    GtkWidget* area = draw_widget(handle);
+    if (area == nullptr) {
       return;
     }
+    // The window may still be on its way to the screen: its size first.
+    while (g_main_context_pending(nullptr)) {
+      g_main_context_iteration(nullptr, FALSE);
+    }
+    w = gtk_widget_get_allocated_width(area);
+    h = gtk_widget_get_allocated_height(area);
+    if (w <= 1 || h <= 1) {
+      w = kDrawWidth;
+      h = kDrawHeight;
+    }
+    found = true;
   });
   return found;
 }
@@ -831,9 +835,17 @@ bool GtkWidgets::ask_file(const std::string& title, const std::string& initial,
 
 }  // namespace
 
-screen::Widgets* widgets() {
+namespace {
+
+GtkWidgets& the_widgets() {
   static GtkWidgets* w = new GtkWidgets;  // lives as long as the screen thread
-  return w;
+  return *w;
 }
+
+}  // namespace
+
+screen::Widgets* widgets() { return &the_widgets(); }
+
+GtkWidget* draw_area(int handle) { return the_widgets().draw_widget(handle); }
 
 }  // namespace zorvel::gtk

@@ -2,7 +2,8 @@
    file of the same plot, also after the window is resized (drawn again from the display
    list); clicks, drags and keys sent through XTest come back from the cursor routines in
    plot and user coordinates; with the argument "threads", two threads keep two windows
-   apart, each with its own window callback.
+   apart, each with its own window callback; with "embed", a plot made in a widget
+   callback draws in the widget window's drawing area (wgdraw), equal to its PPM file.
    Exit 0 when all checks pass, 1 otherwise. */
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
@@ -344,6 +345,95 @@ static void check_threads(void) {
   thrfin();
 }
 
+/* ---- a plot in the drawing area of a widget window (wgdraw) ---- */
+
+static volatile int embed_x = -1, embed_y, embed_w, embed_h, embed_done;
+static int embed_ok;
+
+static void embed_plot(int id) {
+  int nx, ny, nw = 0, nh = 0;
+  (void)id;
+  metafl("XWND");
+  winmod("HOLD");
+  zorini();
+  scene();
+  zorfin();
+  getwin(&nx, &ny, &nw, &nh);
+  embed_w = nw;
+  embed_h = nh;
+  embed_y = ny;
+  embed_x = nx;
+}
+
+struct EmbedDriver {
+  Window top;
+  unsigned char *ppm;
+};
+
+static void click_at(Window win, int x, int y) {
+  move_to(win, x, y);
+  button(1, True);
+  button(1, False);
+  XSync(dpy, False);
+}
+
+/* Clicks "Plot", compares the area with the PPM of the plot at the area's size, clicks
+   "OK". The buttons are stacked at the window's left edge. */
+static void *drive_embed(void *arg) {
+  struct EmbedDriver *e = arg;
+  int i;
+  for (i = 0; i < 50 && embed_x < 0; ++i) {
+    usleep(200000);
+    if (embed_x < 0) click_at(e->top, 20, 12);
+  }
+  usleep(500000);
+  if (embed_x >= 0 && e->ppm != NULL) {
+    XImage *im = XGetImage(dpy, DefaultRootWindow(dpy), embed_x, embed_y, (unsigned)embed_w,
+                           (unsigned)embed_h, AllPlanes, ZPixmap);
+    long n = 0;
+    int x, y;
+    for (y = 0; im != NULL && y < embed_h; ++y) {
+      for (x = 0; x < embed_w; ++x) {
+        unsigned long p = XGetPixel(im, x, y);
+        const unsigned char *q = e->ppm + ((size_t)y * embed_w + x) * 3;
+        if ((int)((p >> 16) & 255) != q[0] || (int)((p >> 8) & 255) != q[1] || (int)(p & 255) != q[2]) ++n;
+      }
+    }
+    if (im != NULL) XDestroyImage(im);
+    embed_ok = im != NULL && n == 0;
+    if (!embed_ok) printf("embedded plot at %d %d: %ld pixels differ\n", embed_x, embed_y, n);
+  }
+  for (i = 0; i < 25 && !embed_done; ++i) { /* OK below "Plot" until wgfin returns */
+    click_at(e->top, 20, 50);
+    usleep(200000);
+  }
+  return NULL;
+}
+
+static void check_embed(void) {
+  struct EmbedDriver e;
+  pthread_t t;
+  int ip, iv, ib, ok, id;
+  e.ppm = ppm_plot("screen_embed.ppm", 400, 300);
+  ip = wgini("HORI");
+  iv = wgbas(ip, "VERT");
+  ib = wgpbut(iv, "Plot");
+  ok = wgok(iv);
+  id = wgdraw(ip);
+  swgcbk(ib, embed_plot);
+  (void)ok;
+  (void)id;
+  /* Without a window manager the widget window lies at the screen's corner. */
+  e.top = DefaultRootWindow(dpy);
+  pthread_create(&t, NULL, drive_embed, &e);
+  wgfin();
+  embed_done = 1;
+  pthread_join(t, NULL);
+  CHECK(embed_w == 400 && embed_h == 300, "drawing area %d x %d", embed_w, embed_h);
+  CHECK(embed_ok, "the plot in the drawing area equals the PPM file");
+  free(e.ppm);
+}
+
 int main(int argc, char **argv) {
   unsigned char *ppm, *ppm2;
   Window win;
@@ -353,6 +443,11 @@ int main(int argc, char **argv) {
   if (dpy == NULL) {
     printf("no display\n");
     return 77;
+  }
+  if (argc > 1 && strcmp(argv[1], "embed") == 0) {
+    check_embed();
+    printf("%d failures\n", failures);
+    return failures == 0 ? 0 : 1;
   }
   if (argc > 1 && strcmp(argv[1], "threads") == 0) {
     check_threads(); /* thread mode comes before every other routine */
