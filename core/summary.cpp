@@ -7,6 +7,7 @@
 #include "core/messages.h"
 #include "core/process.h"
 #include "core/version.h"
+#include "screen/module.h"
 
 namespace zorvel {
 namespace {
@@ -87,7 +88,11 @@ void print_summary(GlobalBlock& g) {
       return;
     }
   }
-  message_write(g, summary_text(g, current_date_time()));
+  const std::string text = summary_text(g, current_date_time());
+  message_write(g, text);
+  if (m.app_kind == 1) {
+    screen::show_summary(g, text);  // a windowed program: in a message box too
+  }
 }
 
 }  // namespace zorvel

@@ -73,6 +73,48 @@ Display* display(GlobalBlock& g, bool warn_missing) {
   return m->display;
 }
 
+void show_summary(GlobalBlock& g, const std::string& text) {
+  Display* d = display(g, false);
+  const Module* m = module();
+  if (d == nullptr || m == nullptr || m->widgets == nullptr) {
+    return;
+  }
+  // The lines inside the frame, their runs of blanks made one: a message box does not
+  // set them in a fixed-width font.
+  std::string box;
+  std::size_t from = 0;
+  while (from < text.size()) {
+    std::size_t end = text.find('\n', from);
+    if (end == std::string::npos) {
+      end = text.size();
+    }
+    std::string_view line(text.data() + from, end - from);
+    from = end + 1;
+    const std::size_t a = line.find_first_not_of("< ");
+    const std::size_t b = line.find_last_not_of("< ");
+    if (a == std::string_view::npos) {
+      continue;  // the frame's top and bottom, blank lines
+    }
+    line = line.substr(a, b - a + 1);
+    if (!box.empty()) {
+      box += '\n';
+    }
+    bool blank = false;
+    for (const char c : line) {
+      if (c == ' ') {
+        blank = true;
+        continue;
+      }
+      if (blank) {
+        box += ' ';
+        blank = false;
+      }
+      box += c;
+    }
+  }
+  m->widgets->message("Zorvel", box);
+}
+
 bool is_screen(const DeviceInfo& dev) {
   return dev.family == DeviceFamily::Screen || dev.family == DeviceFamily::OpenGL;
 }

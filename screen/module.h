@@ -2,6 +2,8 @@
 // The library's side of the screen module: loading it, and what the core and the
 // pipeline ask of the screen layer.
 
+#include <string>
+
 #include "screen/backend.h"
 
 namespace zorvel {
@@ -25,6 +27,10 @@ bool is_screen(const DeviceInfo& dev);
 
 // zorini, before the device opens: false after warning 183 or 221 (no plot starts).
 bool screen_ready(GlobalBlock& g, const DeviceInfo& dev);
+
+// winapp("WIND"): the end-of-plot summary in a message box as well, when a display
+// can be opened (quietly nothing otherwise).
+void show_summary(GlobalBlock& g, const std::string& text);
 
 // Opens or reuses the device's window for the plot and sets setup.screen; the raster
 // page is open. False when no window can be made.
