@@ -18,8 +18,14 @@ if [ -z "$display" ]; then
   echo "SKIP: Xvfb did not start"
   exit 77
 fi
-DISPLAY=":$display" "$@"
+# The same look on every machine: GTK's own theme and DejaVu Sans (the widget tests click
+# by position).
+config=$(mktemp -d)
+mkdir -p "$config/gtk-3.0"
+printf '[Settings]\ngtk-theme-name=Adwaita\ngtk-font-name=DejaVu Sans 10\n' > "$config/gtk-3.0/settings.ini"
+DISPLAY=":$display" XDG_CONFIG_HOME="$config" "$@"
 status=$?
+rm -rf "$config"
 kill "$server" 2>/dev/null
 wait "$server" 2>/dev/null
 exit $status
