@@ -151,7 +151,12 @@ void RasterPage::line(long long x0, long long y0, long long x1, long long y1) {
     return;
   }
   // Cut to the page widened by a pixel (Liang-Barsky), then step between the rounded
-  // ends: the loop never runs longer than the page is wide and high.
+  // ends: the loop never runs longer than the page is wide and high. Most lines lie on
+  // the page and need no cutting.
+  if (x0 >= 0 && y0 >= 0 && x1 >= 0 && y1 >= 0 && x0 < w_ && x1 < w_ && y0 < h_ && y1 < h_) {
+    step_line(x0, y0, x1, y1);
+    return;
+  }
   double t0 = 0.0;
   double t1 = 1.0;
   const double fx0 = static_cast<double>(x0);
@@ -182,6 +187,10 @@ void RasterPage::line(long long x0, long long y0, long long x1, long long y1) {
   const long long bx = t1 < 1.0 ? std::llround(fx0 + t1 * dx) : x1;
   const long long by = t1 < 1.0 ? std::llround(fy0 + t1 * dy) : y1;
 
+  step_line(ax, ay, bx, by);
+}
+
+void RasterPage::step_line(long long ax, long long ay, long long bx, long long by) {
   const long long sx = ax < bx ? 1 : -1;
   const long long sy = ay < by ? 1 : -1;
   const long long adx = ax < bx ? bx - ax : ax - bx;

@@ -83,6 +83,9 @@ class RasterPage {
   void image(const Image& img);
 
  private:
+  // Bresenham steps from (ax, ay) to (bx, by), plotting what lies on the page.
+  void step_line(long long ax, long long ay, long long bx, long long by);
+
   void cover(double x0, double y0, double y1, double dxdy, float dir);
   void sample(double x0, double y0, double y1, double dxdy, float dir);
   void deposit(int j, double xa, double xb, float d);
