@@ -38,7 +38,7 @@ class Renderer {
   virtual Pixels render(int width, int height) = 0;
 };
 
-struct WindowSpec {
+struct WindowSettings {
   int x = 0;  // upper left corner on the screen ...
   int y = 0;
   bool placed = false;  // ... when set; else the window manager places it
@@ -80,11 +80,11 @@ class Display {
   virtual void screen_size(int& w, int& h) = 0;
 
   // A new window; handles start at 1 and are never reused; 0 on failure (no GL context
-  // for spec.gl: the caller draws in a plain window instead). `id` is the number wincbk
+  // for settings.gl: the caller draws in a plain window instead). `id` is the number wincbk
   // reports.
-  virtual int create(const WindowSpec& spec, int id) = 0;
+  virtual int create(const WindowSettings& settings, int id) = 0;
   // A new plot in an existing window: its title, and its size when it differs.
-  virtual void reshape(int win, const WindowSpec& spec) = 0;
+  virtual void reshape(int win, const WindowSettings& settings) = 0;
   // Copies the page and returns when it is on the screen.
   virtual void show(int win, const Pixels& page) = 0;
   // GL windows: the list drawn from now on (shared, not changed afterwards).

@@ -63,7 +63,7 @@ struct WidgetNode {
   std::vector<std::string> cells;  // Table: row by row, the texts shown
 };
 
-struct WidgetWindowSpec {
+struct WidgetTree {
   std::string title;
   int width = 0;  // 0: as large as the widgets need
   int height = 0;
@@ -92,7 +92,7 @@ class Widgets {
 
   // Builds and shows the window; the handle (> 0) or 0 when it cannot be made. `fn` is
   // called with `owner` for every change from the start of wait() until close().
-  virtual int show(const WidgetWindowSpec& spec, WidgetEventFn fn, void* owner) = 0;
+  virtual int show(const WidgetTree& settings, WidgetEventFn fn, void* owner) = 0;
   // Blocks the calling thread (not the screen thread) until OK, Quit or the window's
   // closing; an unknown handle ends at once as Closed.
   virtual WidgetEnd wait(int handle) = 0;
@@ -102,7 +102,7 @@ class Widgets {
   // Destroys the window; no event is raised afterwards.
   virtual void close(int handle) = 0;
   // The size of the window's Draw widget in pixels; false without one. Screen plots of
-  // the block draw in it while the window is shown (WindowSpec::embed).
+  // the block draw in it while the window is shown (WindowSettings::embed).
   virtual bool draw_size(int handle, int& w, int& h) = 0;
 
   // Modal dialogs titled `title`, from any thread (a callback included); each returns

@@ -451,12 +451,12 @@ void wgfin(GlobalBlock& g) {
     warn(g, 222);
     return;
   }
-  screen::WidgetWindowSpec spec;
-  spec.title = w.title;
-  spec.width = w.width;
-  spec.height = w.height;
-  spec.nodes = w.nodes;
-  const int handle = tk->show(spec, &on_event, &g);
+  screen::WidgetTree settings;
+  settings.title = w.title;
+  settings.width = w.width;
+  settings.height = w.height;
+  settings.nodes = w.nodes;
+  const int handle = tk->show(settings, &on_event, &g);
   if (handle == 0) {
     warn(g, 221);
     return;

@@ -194,8 +194,8 @@ void BlockWindows::window_event(void* owner, int id, int x, int y, int w, int h)
   }
 }
 
-WindowSpec BlockWindows::spec(bool gl) const {
-  WindowSpec s;
+WindowSettings BlockWindows::settings(bool gl) const {
+  WindowSettings s;
   const ScreenState& st = g_.screen;
   s.x = st.x;
   s.y = st.y;
@@ -218,7 +218,7 @@ bool BlockWindows::open_slot(int index, bool gl) {
   int h = 0;
   int x = 0;
   int y = 0;
-  const WindowSpec sp = spec(gl);
+  const WindowSettings sp = settings(gl);
   if (s.handle != 0 &&
       (!d->geometry(s.handle, x, y, w, h) || s.gl != gl || s.embed != sp.embed)) {
     d->close(s.handle);  // closed by the user, or of another kind or place
@@ -229,7 +229,7 @@ bool BlockWindows::open_slot(int index, bool gl) {
     if (s.handle == 0 && gl) {
       warn(g_, 181);  // no OpenGL context: a plain window instead
       gl = false;
-      s.handle = d->create(spec(false), index);
+      s.handle = d->create(settings(false), index);
     }
     if (s.handle == 0) {
       warn(g_, 221);

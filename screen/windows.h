@@ -62,14 +62,14 @@ class BlockWindows final : public Target {
   struct Slot {
     int handle = 0;  // the module's window, 0: not open
     bool gl = false;
-    int embed = 0;  // the widget window it lies in (WindowSpec::embed)
+    int embed = 0;  // the widget window it lies in (WindowSettings::embed)
     std::shared_ptr<DisplayList> list = std::make_shared<DisplayList>();
     std::vector<std::uint8_t> pixels;  // the page shown last
     int width = 0;
     int height = 0;
   };
   static void window_event(void* owner, int id, int x, int y, int w, int h);
-  WindowSpec spec(bool gl) const;
+  WindowSettings settings(bool gl) const;
   bool open_slot(int index, bool gl);
   void restore(const Slot& s);
   void show(Slot& s, const PixelView& page, bool upload = true);

@@ -58,8 +58,8 @@ class GtkDisplay final : public screen::Display {
  public:
   bool open() override { return start(); }
   void screen_size(int& w, int& h) override;
-  int create(const screen::WindowSpec& spec, int id) override;
-  void reshape(int win, const screen::WindowSpec& spec) override;
+  int create(const screen::WindowSettings& settings, int id) override;
+  void reshape(int win, const screen::WindowSettings& settings) override;
   void show(int win, const screen::Pixels& page) override;
   void show_list(int win, std::shared_ptr<const screen::DisplayList> list) override;
   void set_renderer(int win, std::shared_ptr<screen::Renderer> renderer) override;
@@ -400,12 +400,12 @@ void apply_cursor(Win* w) {
 
 void on_realize(GtkWidget*, gpointer data) { apply_cursor(static_cast<Win*>(data)); }
 
-void size_window(Win* w, const screen::WindowSpec& spec) {
-  gtk_window_set_title(GTK_WINDOW(w->window), spec.title.c_str());
-  gtk_window_set_default_size(GTK_WINDOW(w->window), spec.width, spec.height);
-  gtk_window_resize(GTK_WINDOW(w->window), spec.width, spec.height);
-  if (spec.placed) {
-    gtk_window_move(GTK_WINDOW(w->window), spec.x, spec.y);
+void size_window(Win* w, const screen::WindowSettings& settings) {
+  gtk_window_set_title(GTK_WINDOW(w->window), settings.title.c_str());
+  gtk_window_set_default_size(GTK_WINDOW(w->window), settings.width, settings.height);
+  gtk_window_resize(GTK_WINDOW(w->window), settings.width, settings.height);
+  if (settings.placed) {
+    gtk_window_move(GTK_WINDOW(w->window), settings.x, settings.y);
   }
 }
 
@@ -457,14 +457,14 @@ bool embed_window(const std::shared_ptr<Win>& w, GtkWidget* area) {
 }
 
 // Builds the window on the screen thread; false when a GL area cannot be made.
-bool build_window(const std::shared_ptr<Win>& w, const screen::WindowSpec& spec) {
-  if (spec.embed != 0 && !spec.gl) {
-    if (GtkWidget* area = draw_area(spec.embed)) {
+bool build_window(const std::shared_ptr<Win>& w, const screen::WindowSettings& settings) {
+  if (settings.embed != 0 && !settings.gl) {
+    if (GtkWidget* area = draw_area(settings.embed)) {
       return embed_window(w, area);
     }
   }
   w->window = gtk_window_new(GTK_WINDOW_TOPLEVEL);
-  if (spec.gl) {
+  if (settings.gl) {
     w->area = gl_view_new(w->gl);
     if (w->area == nullptr) {
       gtk_widget_destroy(w->window);
@@ -486,9 +486,9 @@ bool build_window(const std::shared_ptr<Win>& w, const screen::WindowSpec& spec)
   g_signal_connect(w->window, "delete-event", G_CALLBACK(on_delete), w.get());
   g_signal_connect(w->window, "configure-event", G_CALLBACK(on_configure), w.get());
   gtk_container_add(GTK_CONTAINER(w->window), w->area);
-  size_window(w.get(), spec);
+  size_window(w.get(), settings);
   gtk_widget_show_all(w->window);
-  if (spec.gl) {
+  if (settings.gl) {
     gtk_widget_realize(w->area);
     if (!gl_view_ok(w->gl)) {
       gtk_widget_destroy(w->window);
@@ -505,17 +505,17 @@ bool build_window(const std::shared_ptr<Win>& w, const screen::WindowSpec& spec)
 // A plain window is built while the program draws its plot (run_async): the first page
 // shown waits for it in the screen thread's queue. A GL window is built at once, as
 // whether it gets a context decides the device.
-int GtkDisplay::create(const screen::WindowSpec& spec, int id) {
+int GtkDisplay::create(const screen::WindowSettings& settings, int id) {
   auto w = std::make_shared<Win>();
   w->id = id;
-  if (spec.gl) {
+  if (settings.gl) {
     bool ok = false;
-    run([&] { ok = build_window(w, spec); });
+    run([&] { ok = build_window(w, settings); });
     if (!ok) {
       return 0;
     }
   } else {
-    run_async([w, spec] { build_window(w, spec); });
+    run_async([w, settings] { build_window(w, settings); });
   }
   std::lock_guard<std::mutex> guard(state_lock());
   w->handle = next_++;
@@ -523,14 +523,14 @@ int GtkDisplay::create(const screen::WindowSpec& spec, int id) {
   return w->handle;
 }
 
-void GtkDisplay::reshape(int win, const screen::WindowSpec& spec) {
+void GtkDisplay::reshape(int win, const screen::WindowSettings& settings) {
   std::shared_ptr<Win> w = find(win);
   if (!w) {
     return;
   }
   run([&] {
     if (!w->embedded && w->window != nullptr) {
-      size_window(w.get(), spec);
+      size_window(w.get(), settings);
       gtk_widget_show(w->window);
     }
   });

@@ -61,7 +61,7 @@ struct Shown {
 
 class GtkWidgets final : public screen::Widgets {
  public:
-  int show(const screen::WidgetWindowSpec& spec, screen::WidgetEventFn fn, void* owner) override;
+  int show(const screen::WidgetTree& settings, screen::WidgetEventFn fn, void* owner) override;
   WidgetEnd wait(int handle) override;
   void update(int handle, const WidgetNode& node) override;
   void close(int handle) override;
@@ -471,11 +471,11 @@ GtkWidget* make_widget(Shown* s, const WidgetNode& n) {
   return w;
 }
 
-void build(Shown* s, const screen::WidgetWindowSpec& spec) {
+void build(Shown* s, const screen::WidgetTree& settings) {
   s->window = gtk_window_new(GTK_WINDOW_TOPLEVEL);
-  gtk_window_set_title(GTK_WINDOW(s->window), spec.title.c_str());
-  if (spec.width > 0 && spec.height > 0) {
-    gtk_window_set_default_size(GTK_WINDOW(s->window), spec.width, spec.height);
+  gtk_window_set_title(GTK_WINDOW(s->window), settings.title.c_str());
+  if (settings.width > 0 && settings.height > 0) {
+    gtk_window_set_default_size(GTK_WINDOW(s->window), settings.width, settings.height);
   }
   g_signal_connect(s->window, "delete-event", G_CALLBACK(on_delete), s);
   GtkWidget* frame = gtk_box_new(GTK_ORIENTATION_VERTICAL, 0);
@@ -483,7 +483,7 @@ void build(Shown* s, const screen::WidgetWindowSpec& spec) {
   gtk_container_add(GTK_CONTAINER(s->window), frame);
   std::map<int, GtkWidget*> containers;  // boxes and menus by id
   std::map<int, bool> horizontal;
-  for (const WidgetNode& n : spec.nodes) {
+  for (const WidgetNode& n : settings.nodes) {
     s->kinds.push_back(n.kind);
     GtkWidget* w = nullptr;
     if (n.kind == WidgetKind::Window) {
@@ -535,7 +535,7 @@ void build(Shown* s, const screen::WidgetWindowSpec& spec) {
     }
   }
   gtk_widget_show_all(s->window);
-  for (const WidgetNode& n : spec.nodes) {
+  for (const WidgetNode& n : settings.nodes) {
     if (auto it = s->outer.find(n.id);
         it != s->outer.end() && n.status != screen::WidgetStatus::Active) {
       set_status(it->second, n.status);
@@ -546,18 +546,18 @@ void build(Shown* s, const screen::WidgetWindowSpec& spec) {
 // The Widgets
 // ===========
 
-int GtkWidgets::show(const screen::WidgetWindowSpec& spec, screen::WidgetEventFn fn, void* owner) {
+int GtkWidgets::show(const screen::WidgetTree& settings, screen::WidgetEventFn fn, void* owner) {
   if (!start()) {
     return 0;
   }
   auto s = std::make_shared<Shown>();
   s->fn = fn;
   s->owner = owner;
-  screen::WidgetWindowSpec v;
-  v.title = valid(spec.title);
-  v.width = spec.width;
-  v.height = spec.height;
-  for (const WidgetNode& n : spec.nodes) {
+  screen::WidgetTree v;
+  v.title = valid(settings.title);
+  v.width = settings.width;
+  v.height = settings.height;
+  for (const WidgetNode& n : settings.nodes) {
     v.nodes.push_back(valid(n));
   }
   run([&] { build(s.get(), v); });
