@@ -449,8 +449,12 @@ GtkWidget* make_widget(Shown* s, const WidgetNode& n) {
       w = make_table(s, n);
       break;
     case WidgetKind::Draw:
+      // At least 400 x 300, and larger with the window: a plot in it is drawn again at
+      // the new size.
       w = gtk_drawing_area_new();
       gtk_widget_set_size_request(w, kDrawWidth, kDrawHeight);
+      gtk_widget_set_hexpand(w, TRUE);
+      gtk_widget_set_vexpand(w, TRUE);
       break;
     case WidgetKind::Ok:
       w = gtk_button_new_with_label("OK");
