@@ -127,6 +127,14 @@ bool page_turned(const GlobalBlock& g, const DeviceInfo& dev) {
   return g.pipe.page_mode == 1;
 }
 
+double fit_factor(double sheet_w, double sheet_h, double pw, double ph, int scale_mode) {
+  if (!(sheet_w > 0.0 && sheet_h > 0.0) || scale_mode == 2) {
+    return 1.0;
+  }
+  const double r = std::min(sheet_w / pw, sheet_h / ph);
+  return scale_mode == 1 ? r : std::min(r, 1.0);
+}
+
 double device_scale(const GlobalBlock& g, const DeviceInfo& dev) {
   double pw = g.page.width + 1.0;
   double ph = g.page.height + 1.0;
@@ -136,12 +144,7 @@ double device_scale(const GlobalBlock& g, const DeviceInfo& dev) {
   double sheet_w = 0.0;
   double sheet_h = 0.0;
   device_page(g, dev, sheet_w, sheet_h);
-  double k = 1.0;
-  if (sheet_w > 0.0 && sheet_h > 0.0 && g.page.scale_mode != 2) {
-    const double r = std::min(sheet_w / pw, sheet_h / ph);
-    k = g.page.scale_mode == 1 ? r : std::min(r, 1.0);
-  }
-  double s = dev.natural * k;
+  double s = dev.natural * fit_factor(sheet_w, sheet_h, pw, ph, g.page.scale_mode);
   if (uses_raster_page(dev)) {
     raster_scale(g, pw, ph, s);  // imgsiz and imgdpi choose the raster page's size
   }

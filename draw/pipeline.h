@@ -512,6 +512,9 @@ void check_driver(GlobalBlock& g);
 // Hands the line width in force to the driver (linwid, hwmode).
 void send_line_width(GlobalBlock& g);
 
+// How much a page of pw x ph plot units shrinks (or grows, sclmod "FULL") to fit a sheet
+// of sheet_w x sheet_h (0 x 0: no sheet, 1); scale_mode is sclmod's.
+double fit_factor(double sheet_w, double sheet_h, double pw, double ph, int scale_mode);
 // Device scale of a device for the page settings in force (device units per plot unit).
 double device_scale(const GlobalBlock& g, const DeviceInfo& dev);
 // Whether the dispatch turns the page of the settings in force on the device.

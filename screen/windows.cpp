@@ -13,6 +13,7 @@
 #include "core/keywords.h"
 #include "core/messages.h"
 #include "drivers/raster_driver.h"
+#include "draw/pipeline.h"
 #include "drivers/registry.h"
 #include "screen/module.h"
 #include "screen/screen_target.h"
@@ -61,11 +62,25 @@ class ReplayRenderer final : public Renderer {
 }  // namespace
 
 double PageFit::scale(int width, int height) const {
-  double k = std::min(width / natural / page_w, height / natural / page_h);
-  if (scale_mode != 1) {
-    k = scale_mode == 2 ? 1.0 : std::min(k, 1.0);
+  const bool window = !(sheet_w > 0.0 && sheet_h > 0.0);
+  return natural * factor *
+         fit_factor(window ? width / natural : sheet_w, window ? height / natural : sheet_h,
+                    page_w, page_h, scale_mode);
+}
+
+PageFit page_fit(const GlobalBlock& g) {
+  PageFit fit;
+  const PipelineState& p = g.pipe;
+  fit.natural = p.device != nullptr ? p.device->natural : 1.0;
+  fit.page_w = (p.rotated ? g.page.height : g.page.width) + 1.0;
+  fit.page_h = (p.rotated ? g.page.width : g.page.height) + 1.0;
+  fit.scale_mode = g.page.scale_mode;
+  fit.factor = g.page.hw_scale * g.page.scale_factor;
+  if (g.page.hw_page_set) {
+    fit.sheet_w = g.page.hw_page_width;
+    fit.sheet_h = g.page.hw_page_height;
   }
-  return natural * k * factor;
+  return fit;
 }
 
 void replay(const DisplayList& l, double f, double scale, RasterPage& page) {
@@ -331,13 +346,7 @@ void BlockWindows::finish(const PixelView& page) {
   if (d == nullptr || s.handle == 0) {
     return;
   }
-  PageFit fit;
-  const PipelineState& p = g_.pipe;
-  fit.natural = p.device != nullptr ? p.device->natural : 1.0;
-  fit.page_w = (p.rotated ? g_.page.height : g_.page.width) + 1.0;
-  fit.page_h = (p.rotated ? g_.page.width : g_.page.height) + 1.0;
-  fit.scale_mode = g_.page.scale_mode;
-  fit.factor = g_.page.hw_scale * g_.page.scale_factor;
+  const PageFit fit = page_fit(g_);
   std::shared_ptr<const DisplayList> frozen = std::move(s.list);
   s.list = std::make_shared<DisplayList>();
   if (s.gl) {

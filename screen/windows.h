@@ -22,15 +22,21 @@ namespace screen {
 
 // How the pipeline fits the page into a window of a given size (as device_scale does):
 // the page in plot units as the device holds it (plus 1), pixels per plot unit at true
-// size, sclmod, and hwscal times sclfac.
+// size, sclmod, hwscal times sclfac, and a hardware page (hwpage) that replaces the
+// window as the sheet.
 struct PageFit {
   double page_w = 1.0;
   double page_h = 1.0;
   double natural = 1.0;
   int scale_mode = 0;
   double factor = 1.0;
+  double sheet_w = 0.0;  // the hardware page, plot units; 0: the window
+  double sheet_h = 0.0;
   double scale(int width, int height) const;  // pixels per plot unit
 };
+
+// The fit of the open screen plot's page.
+PageFit page_fit(const GlobalBlock& g);
 
 // Draws a display list on a page (cleared to the list's background by the caller), its
 // coordinates multiplied by f; `scale` is the page's pixels per plot unit.

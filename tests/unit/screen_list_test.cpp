@@ -1,7 +1,8 @@
 // The screen driver's display list, without a display: replayed at the page's own size it
 // gives the page's very pixels (every kind of call recorded, none twice), an erase keeps
-// only the frame after it and the attributes in force, and the replay's shortcut for
-// dense thin lines changes no pixel at another size.
+// only the frame after it and the attributes in force, the replay's shortcut for dense
+// thin lines changes no pixel at another size, and a resized window gets the scale the
+// pipeline would give a plot of that size.
 
 #include <gtest/gtest.h>
 
@@ -9,7 +10,11 @@
 #include <cstring>
 #include <memory>
 
+#include "api_decl.h"
+#include "core/global_block.h"
+#include "draw/pipeline.h"
 #include "drivers/raster_driver.h"
+#include "drivers/registry.h"
 #include "raster/raster_page.h"
 #include "screen/screen_target.h"
 #include "screen/windows.h"
@@ -164,6 +169,36 @@ TEST(ScreenList, DenseThinLinesReplayAlikeAtAnotherSize) {
   d->point(0, 0, Pen::End);
   d->close();
   EXPECT_TRUE(same_pixels(s.replayed(60, 45), direct));
+}
+
+TEST(ScreenList, AResizedWindowGetsThePipelinesScale) {
+  // Catches a replay fitted differently from a plot made at the new size: page formats
+  // turned or not, every sclmod, hwscal and sclfac, and a hardware page.
+  const DeviceInfo& dev = *find_device("XWND");
+  const int sizes[][2] = {{853, 603}, {400, 300}, {2500, 1800}, {300, 900}};
+  for (const char* page : {"DA4L", "DA4P"}) {
+    for (const char* mode : {"DOWN", "FULL", "NONE"}) {
+      for (const bool hardware : {false, true}) {
+        GlobalBlock g;
+        api::setpag(g, page);
+        api::sclmod(g, mode);
+        api::hwscal(g, 0.8);
+        api::sclfac(g, 1.25);
+        if (hardware) {
+          api::hwpage(g, 1500, 1000);
+        }
+        g.pipe.device = &dev;
+        g.pipe.rotated = page_turned(g, dev);
+        const screen::PageFit fit = screen::page_fit(g);
+        for (const auto& wh : sizes) {
+          g.core.window_width = wh[0];
+          g.core.window_height = wh[1];
+          EXPECT_DOUBLE_EQ(fit.scale(wh[0], wh[1]), device_scale(g, dev))
+              << page << " " << mode << " hwpage " << hardware << " " << wh[0] << "x" << wh[1];
+        }
+      }
+    }
+  }
 }
 
 }  // namespace
